@@ -1,0 +1,33 @@
+# Shared build settings: warnings, sanitizers and test registration.
+
+function(trotlet_warnings target)
+  target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wno-missing-field-initializers)
+  target_compile_definitions(${target} PRIVATE $<$<CONFIG:Debug>:_GLIBCXX_ASSERTIONS>)
+endfunction()
+
+if(TROTLET_SANITIZE)
+  add_compile_options(-fsanitize=address,undefined -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
+  add_link_options(-fsanitize=address,undefined)
+endif()
+
+# trotlet_add_tests(<name> SOURCES <files...> [LIBS <targets...>])
+# One GoogleTest executable per subsystem; each case becomes a CTest test with the
+# subsystem as its label, so `ctest -L shop` runs one subsystem.
+function(trotlet_add_tests name)
+  if(NOT TROTLET_BUILD_TESTS)
+    return()
+  endif()
+  cmake_parse_arguments(T "" "" "SOURCES;LIBS" ${ARGN})
+  add_executable(${name} ${T_SOURCES})
+  if(NOT T_LIBS)
+    set(T_LIBS trotlet_core)
+  endif()
+  target_link_libraries(${name} PRIVATE ${T_LIBS} GTest::gtest GTest::gtest_main GTest::gmock)
+  target_compile_definitions(${name} PRIVATE
+    TROTLET_SOURCE_DIR="${CMAKE_SOURCE_DIR}"
+    TROTLET_BINARY="$<TARGET_FILE:trotlet>")
+  trotlet_warnings(${name})
+  gtest_discover_tests(${name}
+    PROPERTIES LABELS ${name} ENVIRONMENT "LC_ALL=C.UTF-8;TZ=UTC;QT_QPA_PLATFORM=offscreen"
+    DISCOVERY_TIMEOUT 60)
+endfunction()

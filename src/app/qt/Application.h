@@ -1,0 +1,10 @@
+#pragma once
+
+#include "app/LaunchOptions.h"
+
+namespace trotlet::app {
+
+// Runs the headless mode or the live app the options ask for; gives the exit status.
+int runApplication(const LaunchOptions& options, int argc, char** argv);
+
+}  // namespace trotlet::app

@@ -1,0 +1,7 @@
+#include "app/qt/SpaceEfficientMalloc.h"
+
+namespace trotlet::app {
+
+void SpaceEfficientMalloc::adopt(char**) {}
+
+}  // namespace trotlet::app

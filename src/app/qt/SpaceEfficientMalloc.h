@@ -1,0 +1,10 @@
+#pragma once
+
+namespace trotlet::app {
+
+// The allocator switch, first thing at entry.
+struct SpaceEfficientMalloc {
+    static void adopt(char** argv);
+};
+
+}  // namespace trotlet::app
