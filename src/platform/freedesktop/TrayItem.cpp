@@ -1,0 +1,25 @@
+#include "platform/freedesktop/TrayItem.h"
+
+#include "platform/freedesktop/StatusNotifierItem.h"
+#include "platform/freedesktop/XEmbedTrayItem.h"
+
+#include <QDBusConnectionInterface>
+
+namespace trotlet::platform {
+
+std::unique_ptr<TrayItem> TrayItem::create(const QDBusConnection& sessionBus, QObject* parent) {
+    const QByteArray forced = qgetenv("TROTLET_TRAY");
+    if (forced == "xembed") return std::make_unique<XEmbedTrayItem>(parent);
+    if (forced == "sni") return std::make_unique<StatusNotifierItem>(sessionBus, parent);
+
+    // One short round trip to the bus daemon at start-up; the item then follows the watcher
+    // coming and going by itself. Without a watcher the XEmbed tray is the only way in.
+    QDBusConnectionInterface* bus = sessionBus.isConnected() ? sessionBus.interface() : nullptr;
+    const bool watcher = bus && bus->isServiceRegistered(StatusNotifierItem::kWatcherService).value();
+    if (watcher || !XEmbedTrayItem::isAvailable()) {
+        return std::make_unique<StatusNotifierItem>(sessionBus, parent);
+    }
+    return std::make_unique<XEmbedTrayItem>(parent);
+}
+
+}  // namespace trotlet::platform
