@@ -1,0 +1,11 @@
+#include "alerts/AppEvent.h"
+
+namespace trotlet::alerts {
+
+std::string describe(const AppEvent& event) {
+    if (const auto* a = std::get_if<AchievementUnlocked>(&event))
+        return "achievement \"" + a->title + "\" (+" + std::to_string(a->fishReward) + " Fish)";
+    return "purchase \"" + std::get<MascotPurchased>(event).mascotName + "\"";
+}
+
+}  // namespace trotlet::alerts

@@ -1,0 +1,449 @@
+// The alert rules stepped over scripted timelines: each step is a time offset, the readings (or
+// an event), whether the panel is open, and the decisions expected in a compact form.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "alerts/AlertRules.h"
+#include "alerts/SyntheticSample.h"
+
+namespace trotlet::alerts {
+namespace {
+
+using metrics::MemoryPressure;
+using metrics::ThermalState;
+using Decision = AlertRules::Decision;
+using Prefs = AlertRules::Preferences;
+
+metrics::Timestamp at(double seconds) { return metrics::fromUnixSeconds(1'790'000'000 + seconds); }
+
+// "post batteryLow" or "suppressed highTemperature: cooldown 30 min", joined with " | ".
+std::string brief(const std::vector<Decision>& decisions) {
+    std::string out;
+    for (const Decision& d : decisions) {
+        if (!out.empty()) out += " | ";
+        out += d.isPost() ? "post " : "suppressed ";
+        out += rawName(d.kind());
+        if (!d.isPost()) out += ": " + d.reason;
+    }
+    return out;
+}
+
+struct Step {
+    double seconds;
+    SyntheticSample sample;
+    bool panelOpen;
+    std::string expected;
+};
+
+// Runs every step and checks its decisions; gives the decisions of all steps for further checks.
+std::vector<std::vector<Decision>> play(AlertRules& rules, const std::vector<Step>& steps) {
+    std::vector<std::vector<Decision>> all;
+    for (const Step& step : steps) {
+        all.push_back(rules.evaluate(step.sample.snapshot(at(step.seconds)), at(step.seconds),
+                                     step.panelOpen));
+        EXPECT_EQ(brief(all.back()), step.expected) << "at t=" << step.seconds << " s";
+    }
+    return all;
+}
+
+const SyntheticSample calm{};
+const SyntheticSample onBattery = calm.withBattery(80);
+
+Prefs everythingOn() {
+    Prefs p;
+    p.highCPU = true;
+    p.batteryFull = true;
+    return p;
+}
+
+TEST(AlertRules, StartsWithEveryKindArmedAndNothingPosted) {
+    AlertRules rules(Prefs{}, "Miso");
+    for (std::size_t i = 0; i < alertKindCount; ++i) {
+        const auto kind = static_cast<AlertKind>(i);
+        EXPECT_TRUE(rules.isArmed(kind)) << rawName(kind);
+        EXPECT_FALSE(rules.isHeld(kind));
+        EXPECT_FALSE(rules.lastPosted(kind));
+    }
+    EXPECT_EQ(brief(rules.evaluate(calm.snapshot(at(0)), at(0), false)), "");
+}
+
+TEST(AlertRules, ThermalSeriousThenCooldownThenBudgetThenPosts) {
+    AlertRules rules(everythingOn(), "Miso");
+    const SyntheticSample hot = calm.withTemperature(97, ThermalState::serious);
+    const SyntheticSample cool = calm.withTemperature(80);
+    // Four other alerts, an hour after the first post so that it no longer counts.
+    const SyntheticSample trouble = calm.withBattery(9)
+                                        .withRootFree(6)
+                                        .withPressure(MemoryPressure::critical)
+                                        .withCpu(0.95);
+    const SyntheticSample hotTrouble = trouble.withTemperature(97, ThermalState::serious);
+    const SyntheticSample coolTrouble = trouble.withTemperature(80);
+
+    auto decisions = play(rules, {
+        {0, hot, false, "post highTemperature"},
+        {60, hot, false, ""},             // disarmed: nothing while it stays hot
+        {120, cool, false, ""},           // below 90 °C: re-armed
+        {600, hot, false, "suppressed highTemperature: cooldown 30 min"},
+        {660, hot, false, ""},
+        {700, cool, false, ""},
+        {3700, trouble, false, "post batteryLow | post diskAlmostFull"},
+        {3710, trouble, false, "post memoryCritical"},
+        {3820, trouble, false, "post highCPU"},
+        {3900, hotTrouble, false, "suppressed highTemperature: alert budget 4/h"},
+        {3950, coolTrouble, false, ""},
+        {7299, hotTrouble, false, "suppressed highTemperature: alert budget 4/h"},
+        {7299.5, coolTrouble, false, ""},
+        {7300, hotTrouble, false, "post highTemperature"},
+    });
+    EXPECT_EQ(decisions[0][0].alert.title, "Miso is overheating");
+    EXPECT_EQ(decisions[0][0].alert.body, "It's 97°C in here. Maybe close something heavy?");
+    EXPECT_FALSE(rules.isArmed(AlertKind::highTemperature));
+    // The two 3700 s posts left the window at exactly one hour; 3710, 3820 and 7300 remain.
+    EXPECT_EQ(rules.postsInBudget(AlertBudget::alert), 3u);
+}
+
+TEST(AlertRules, TemperatureLevelsHaveAGapAndALongCompileNeverAlerts) {
+    AlertRules rules(Prefs{}, "Miso");
+    play(rules, {
+        {0, calm.withTemperature(101.7), false, ""},
+        {3600, calm.withTemperature(101.7), false, ""},
+        {3601, calm.withTemperature(108), false, "post highTemperature"},
+        {3700, calm.withTemperature(95), false, ""},   // in the gap: stays disarmed
+        {7000, calm.withTemperature(109), false, ""},
+        {7100, calm.withTemperature(89.9), false, ""},  // re-armed
+        {7200, calm.withTemperature(109), false, "post highTemperature"},
+    });
+}
+
+TEST(AlertRules, MissingTemperatureReArmsUnlessTheStateIsSerious) {
+    AlertRules rules(Prefs{}, "Miso");
+    auto d = play(rules, {
+        {0, calm.withTemperature(std::nullopt, ThermalState::critical), false,
+         "post highTemperature"},
+        {60, calm.withTemperature(std::nullopt, ThermalState::fair), false, ""},
+        {2000, calm.withTemperature(std::nullopt, ThermalState::serious), false,
+         "post highTemperature"},
+    });
+    EXPECT_EQ(d[0][0].alert.body,
+              "The system reports a critical thermal state. Maybe close something heavy?");
+}
+
+TEST(AlertRules, BatteryHoveringAroundTheThresholdAlertsOnce) {
+    AlertRules rules(Prefs{}, "Miso");
+    play(rules, {
+        {0, calm.withBattery(16), false, ""},
+        {60, calm.withBattery(14), false, "post batteryLow"},
+        {120, calm.withBattery(16), false, ""},
+        {180, calm.withBattery(14), false, ""},
+        {240, calm.withBattery(16), false, ""},
+        {3000, calm.withBattery(19), false, ""},
+        {3000, calm.withBattery(15), false, ""},  // still disarmed: 19 is not 20
+        {3060, calm.withBattery(20), false, ""},  // re-armed
+        {3120, calm.withBattery(15), false, "post batteryLow"},
+        {3180, calm.withBattery(16, true, true), false, ""},  // plugged in: re-armed
+        {3240, calm.withBattery(15), false, "suppressed batteryLow: cooldown 20 min"},
+        {3300, calm.withBattery(14), false, ""},
+    });
+}
+
+TEST(AlertRules, BatteryLowIsQuietWhilePluggedInOrCharging) {
+    AlertRules rules(Prefs{}, "Miso");
+    play(rules, {
+        {0, calm.withBattery(5, true, false), false, ""},   // plugged in, not charging
+        {60, calm.withBattery(5, false, true), false, ""},  // charging off the adapter's record
+        {120, calm.withBattery(5), false, "post batteryLow"},
+    });
+}
+
+TEST(AlertRules, PanelOpenHoldsAMetricAlertAndPostsOnClose) {
+    AlertRules rules(Prefs{}, "Miso");
+    const SyntheticSample low = calm.withBattery(9);
+    play(rules, {
+        {0, low, true, "suppressed batteryLow: panel open (held, stays armed)"},
+        {2, low, true, ""},
+        {4, low, true, ""},
+    });
+    EXPECT_TRUE(rules.isArmed(AlertKind::batteryLow));
+    EXPECT_TRUE(rules.isHeld(AlertKind::batteryLow));
+    play(rules, {{6, low, false, "post batteryLow"}});
+    EXPECT_FALSE(rules.isHeld(AlertKind::batteryLow));
+    EXPECT_FALSE(rules.isArmed(AlertKind::batteryLow));
+}
+
+TEST(AlertRules, AHeldAlertWhoseConditionEndsWhileOpenNeverPosts) {
+    AlertRules rules(Prefs{}, "Miso");
+    play(rules, {
+        {0, calm.withBattery(9), true, "suppressed batteryLow: panel open (held, stays armed)"},
+        {2, calm.withBattery(9, true, true), true, ""},
+        {4, calm.withBattery(9, true, true), false, ""},
+        // Reopened later with the condition back: a kind's hold is reported once until it
+        // fires with the panel closed, so this one is silent, and closing still posts.
+        {600, calm.withBattery(9), true, ""},
+        {602, calm.withBattery(9), false, "post batteryLow"},
+    });
+}
+
+TEST(AlertRules, BatteryFullPostsOnceAndRepeatsOnlyAfterFallingBelow95) {
+    AlertRules rules(everythingOn(), "Miso");
+    auto d = play(rules, {
+        {0, calm.withBattery(96, true, true), false, ""},
+        {60, calm.withBattery(99, true, true), false, ""},
+        {120, calm.withBattery(100, true, true), false, "post batteryFull"},
+        {180, calm.withBattery(100, true, false, true), false, ""},
+        {3000, calm.withBattery(97), false, ""},  // unplugged, still above 95
+        {3060, calm.withBattery(100, true, false, true), false, ""},
+        {6000, calm.withBattery(94), false, ""},  // re-armed
+        {9000, calm.withBattery(100, true, false, true), false, "post batteryFull"},
+    });
+    EXPECT_EQ(d[2][0].alert.title, "Fully charged");
+    EXPECT_EQ(d[2][0].alert.body, "Battery is at 100%. You can unplug whenever you like.");
+}
+
+TEST(AlertRules, BatteryFullIsOffByDefault) {
+    AlertRules rules(Prefs{}, "Miso");
+    play(rules, {{0, calm.withBattery(100, true, false, true), false, ""}});
+    EXPECT_TRUE(rules.isArmed(AlertKind::batteryFull));
+}
+
+TEST(AlertRules, BatteryHeldAtAChargeLimitReportsFullOnlyOnce) {
+    AlertRules rules(everythingOn(), "Miso");
+    play(rules, {
+        {0, calm.withBattery(80, true, false, true), false, "post batteryFull"},
+        {1300, calm.withBattery(80, true, false, true), false, ""},
+        {7200, calm.withBattery(80, true, false, true), false, ""},
+        {7300, calm.withBattery(79), false, ""},  // unplugged below 95: re-armed
+        {7400, calm.withBattery(80, true, false, true), false, "post batteryFull"},
+    });
+}
+
+TEST(AlertRules, MemoryCriticalNeedsTenSecondsAndOnlyNormalReArms) {
+    AlertRules rules(Prefs{}, "Miso");
+    const auto critical = calm.withPressure(MemoryPressure::critical);
+    auto d = play(rules, {
+        {0, critical, false, ""},
+        {9.9, critical, false, ""},
+        {10, critical, false, "post memoryCritical"},
+        {20, calm.withPressure(MemoryPressure::warning), false, ""},
+        {4000, critical, false, ""},
+        {4010, critical, false, ""},  // warning did not re-arm
+        {4020, calm, false, ""},      // normal re-arms
+        {4030, critical, false, ""},
+        {4035, calm.withPressure(MemoryPressure::warning), false, ""},  // resets the hold
+        {4040, critical, false, ""},
+        {4049, critical, false, ""},
+        {4050, critical, false, "post memoryCritical"},
+    });
+    EXPECT_EQ(d[2][0].alert.body, "Your computer is swapping hard. Quitting an app or two will help.");
+}
+
+TEST(AlertRules, DiskAlmostFullAtMostOncePerDayAndReArmsTwoGigabytesAbove) {
+    AlertRules rules(Prefs{}, "Miso");
+    const auto tight = calm.withRootFree(6);
+    auto d = play(rules, {
+        {0, tight, false, "post diskAlmostFull"},
+        {60, tight, false, ""},
+        {120, calm.withRootFree(11.9), false, ""},
+        {180, tight, false, ""},
+        {240, calm.withRootFree(12), false, ""},
+        {3600, tight, false, "suppressed diskAlmostFull: cooldown 1440 min"},
+        {3660, calm.withRootFree(12), false, ""},
+        {86399, tight, false, "suppressed diskAlmostFull: cooldown 1440 min"},
+        {86400, calm.withRootFree(12), false, ""},
+        {86400, tight, false, "post diskAlmostFull"},
+    });
+    EXPECT_EQ(d[0][0].alert.title, "Root is almost full");
+    EXPECT_EQ(d[0][0].alert.body, "5.59 GB free. Time for a little spring cleaning.");
+}
+
+TEST(AlertRules, HighCPUNamesTheBusiestProcessAtFiringTime) {
+    AlertRules rules(everythingOn(), "Miso");
+    rules.setOwnProcessId(4242);
+    const auto busy = calm.withCpu(0.94);
+    auto d = play(rules, {
+        {0, busy.withProcesses({{100, "make", 90}}), false, ""},
+        {60, busy.withProcesses({{100, "make", 20}, {101, "cc1plus", 95}}), false, ""},
+        {119.9, busy.withProcesses({{101, "cc1plus", 95}}), false, ""},
+        {120, busy.withProcesses({{4242, "trotlet", 300}, {102, "ld", 99}, {101, "cc1plus", 3}}),
+         false, "post highCPU"},
+        {200, calm.withCpu(0.85), false, ""},  // below the threshold, not below 0.8
+        {3000, busy, false, ""},
+        {3200, calm.withCpu(0.79), false, ""},  // re-armed
+        {3300, busy, false, ""},               // the hold starts again
+        {3420, busy, false, "post highCPU"},
+    });
+    EXPECT_EQ(d[3][0].alert.title, "Miso has the zoomies.");
+    EXPECT_EQ(d[3][0].alert.body, "CPU at 94% for 2 min. ld is the busiest.");
+    EXPECT_EQ(d[8][0].alert.body, "CPU at 94% for 2 min.");
+}
+
+TEST(AlertRules, HighCPUHoldRestartsAfterADipAndIsOffByDefault) {
+    AlertRules off(Prefs{}, "Miso");
+    play(off, {{0, calm.withCpu(1.0), false, ""}, {600, calm.withCpu(1.0), false, ""}});
+    // The hold is still tracked, so turning the alert on does not restart it.
+    EXPECT_EQ(off.highCPUSince(), at(0));
+
+    AlertRules rules(everythingOn(), "Miso");
+    play(rules, {
+        {0, calm.withCpu(0.95), false, ""},
+        {100, calm.withCpu(0.89), false, ""},
+        {110, calm.withCpu(0.95), false, ""},
+        {229, calm.withCpu(0.95), false, ""},
+        {230, calm.withCpu(0.95), false, "post highCPU"},
+    });
+}
+
+TEST(AlertRules, MissingDataSkipsRulesWithoutChangingState) {
+    AlertRules rules(everythingOn(), "Miso");
+    play(rules, {
+        {0, calm.withBattery(9).withPressure(MemoryPressure::critical).withRootFree(5), false,
+         "post batteryLow | post diskAlmostFull"},
+    });
+    // No battery record, unknown pressure, a root volume with no size: nothing moves.
+    const auto blind = calm.withoutBattery().withPressure(MemoryPressure::unknown).withRootFree(
+        std::nullopt);
+    play(rules, {{5, blind, false, ""}, {20, blind, false, ""}});
+    EXPECT_FALSE(rules.isArmed(AlertKind::batteryLow));
+    EXPECT_FALSE(rules.isArmed(AlertKind::diskAlmostFull));
+    EXPECT_EQ(rules.memoryCriticalSince(), at(0));
+    // The memory hold kept running through the unknown samples.
+    play(rules, {{20.5, calm.withPressure(MemoryPressure::critical), false, "post memoryCritical"}});
+}
+
+TEST(AlertRules, AchievementWhilePanelOpenIsDroppedNotHeld) {
+    AlertRules rules(Prefs{}, "Miso");
+    const AppEvent owl = AchievementUnlocked{"Night Owl", "Use the computer after midnight", 25};
+    auto open = rules.event(owl, at(0), true);
+    EXPECT_EQ(brief(open), "suppressed achievement: panel open");
+    EXPECT_EQ(brief(rules.evaluate(calm.snapshot(at(5)), at(5), false)), "");
+    EXPECT_EQ(rules.postsInBudget(AlertBudget::fun), 0u);
+
+    auto closed = rules.event(owl, at(10), false);
+    ASSERT_EQ(brief(closed), "post achievement");
+    EXPECT_EQ(closed[0].alert.title, "Achievement unlocked: Night Owl");
+    EXPECT_EQ(closed[0].alert.body, "Use the computer after midnight. You earned 25 Fish.");
+
+    auto bought = rules.event(MascotPurchased{"Kibo the Shiba"}, at(20), false);
+    ASSERT_EQ(brief(bought), "post purchase");
+    EXPECT_EQ(bought[0].alert.title, "Welcome home, Kibo the Shiba!");
+    EXPECT_EQ(bought[0].alert.body, "Your new friend is ready to run in the menu bar.");
+    EXPECT_EQ(rules.event(MascotPurchased{"Pip"}, at(25), true)[0].reason, "panel open");
+}
+
+TEST(AlertRules, FunBudgetIsSixAnHourAndSeparateFromAlerts) {
+    AlertRules rules(Prefs{}, "Miso");
+    for (int i = 0; i < 4; ++i) rules.fire(AlertKind::highCPU, "t", "b", at(i), false, false);
+    EXPECT_EQ(rules.postsInBudget(AlertBudget::alert), 1u);  // the rest met the disarmed kind
+    std::string got;
+    for (int i = 0; i < 7; ++i) {
+        auto d = rules.event(AchievementUnlocked{"A" + std::to_string(i), "", 5}, at(100 + i), false);
+        got += brief(d) + ";";
+    }
+    EXPECT_EQ(got, "post achievement;post achievement;post achievement;post achievement;"
+                   "post achievement;post achievement;suppressed achievement: fun budget 6/h;");
+    EXPECT_EQ(brief(rules.event(MascotPurchased{"Pip"}, at(3699), false)),
+              "suppressed purchase: fun budget 6/h");
+    EXPECT_EQ(brief(rules.event(MascotPurchased{"Pip"}, at(3700), false)), "post purchase");
+}
+
+TEST(AlertRules, FunKindsAreSuppressedOnlyWhenTheClockRunsBackwards) {
+    AlertRules rules(Prefs{}, "Miso");
+    EXPECT_EQ(brief(rules.event(MascotPurchased{"Pip"}, at(100), false)), "post purchase");
+    EXPECT_EQ(brief(rules.event(MascotPurchased{"Pip"}, at(100), false)), "post purchase");
+    EXPECT_EQ(brief(rules.event(MascotPurchased{"Pip"}, at(40), false)),
+              "suppressed purchase: cooldown 0 min");
+}
+
+TEST(AlertRules, AchievementsRespectTheirPreference) {
+    Prefs p;
+    p.achievementUnlocked = false;
+    AlertRules rules(p, "Miso");
+    EXPECT_TRUE(rules.event(AchievementUnlocked{"Night Owl", "", 25}, at(0), false).empty());
+    EXPECT_EQ(brief(rules.event(MascotPurchased{"Pip"}, at(0), false)), "post purchase");
+}
+
+TEST(AlertRules, SwitchedOffRulesNeverFireButStillReArm) {
+    Prefs p;
+    p.highTemperature = false;
+    p.batteryLow = false;
+    p.diskAlmostFull = false;
+    p.memoryCritical = false;
+    AlertRules rules(p, "Miso");
+    const auto bad = calm.withTemperature(110, ThermalState::critical)
+                         .withBattery(3)
+                         .withRootFree(1)
+                         .withPressure(MemoryPressure::critical)
+                         .withCpu(1.0);
+    play(rules, {{0, bad, false, ""}, {600, bad, false, ""}});
+    for (std::size_t i = 0; i < alertKindCount; ++i)
+        EXPECT_TRUE(rules.isArmed(static_cast<AlertKind>(i)));
+}
+
+TEST(AlertRules, DecisionsComeInRuleOrder) {
+    AlertRules rules(everythingOn(), "Miso");
+    const auto all = calm.withTemperature(110)
+                         .withBattery(100, true, false, true)
+                         .withPressure(MemoryPressure::critical)
+                         .withRootFree(1)
+                         .withCpu(0.99);
+    play(rules, {
+        {0, all, true, "suppressed highTemperature: panel open (held, stays armed) | "
+                       "suppressed batteryFull: panel open (held, stays armed) | "
+                       "suppressed diskAlmostFull: panel open (held, stays armed)"},
+        {200, all, true, "suppressed memoryCritical: panel open (held, stays armed) | "
+                         "suppressed highCPU: panel open (held, stays armed)"},
+        {201, all, false, "post highTemperature | post batteryFull | post memoryCritical | "
+                          "post diskAlmostFull | suppressed highCPU: alert budget 4/h"},
+    });
+    EXPECT_FALSE(rules.isHeld(AlertKind::highCPU));
+    EXPECT_EQ(brief(rules.evaluate(all.snapshot(at(202)), at(202), false)), "");
+}
+
+TEST(AlertRules, DecisionAndAlertJsonForms) {
+    AlertRules::Alert alert{AlertKind::highTemperature, "Miso is overheating", "Hot."};
+    EXPECT_EQ(alert.identifier(), "trotlet.highTemperature");
+    EXPECT_EQ(toJson(Decision::post(alert)).dump(),
+              R"({"post":{"kind":"highTemperature","title":"Miso is overheating","body":"Hot."}})");
+    EXPECT_EQ(toJson(Decision::suppressed(AlertKind::batteryLow, "cooldown 20 min")).dump(),
+              R"({"suppressed":{"kind":"batteryLow","reason":"cooldown 20 min"}})");
+    EXPECT_EQ(toJson(Prefs{}).dump(),
+              R"({"highCPU":false,"highCPUThreshold":0.9,"highCPUHoldSeconds":120.0,)"
+              R"("highTemperature":true,"batteryLow":true,"batteryLowThreshold":15,)"
+              R"("batteryFull":false,"diskAlmostFull":true,"diskFreeThresholdGB":10,)"
+              R"("memoryCritical":true,"achievementUnlocked":true})");
+}
+
+TEST(AlertKind, RawNamesIdentifiersCooldownsAndBudgets) {
+    struct Row {
+        AlertKind kind;
+        const char* name;
+        int cooldownMinutes;
+        bool fun;
+    };
+    const Row rows[] = {
+        {AlertKind::highTemperature, "highTemperature", 30, false},
+        {AlertKind::batteryLow, "batteryLow", 20, false},
+        {AlertKind::batteryFull, "batteryFull", 20, false},
+        {AlertKind::memoryCritical, "memoryCritical", 30, false},
+        {AlertKind::diskAlmostFull, "diskAlmostFull", 1440, false},
+        {AlertKind::highCPU, "highCPU", 30, false},
+        {AlertKind::achievement, "achievement", 0, true},
+        {AlertKind::purchase, "purchase", 0, true},
+    };
+    ASSERT_EQ(std::size(rows), alertKindCount);
+    for (const Row& r : rows) {
+        EXPECT_EQ(rawName(r.kind), r.name);
+        EXPECT_EQ(alertKindNamed(r.name), r.kind);
+        EXPECT_EQ(notificationIdentifier(r.kind), std::string("trotlet.") + r.name);
+        EXPECT_EQ(std::chrono::duration_cast<std::chrono::minutes>(cooldownOf(r.kind)).count(),
+                  r.cooldownMinutes);
+        EXPECT_EQ(isFun(r.kind), r.fun);
+    }
+    EXPECT_EQ(budgetLimit(AlertBudget::alert), 4u);
+    EXPECT_EQ(budgetLimit(AlertBudget::fun), 6u);
+    EXPECT_FALSE(alertKindNamed("HighCPU"));
+}
+
+}  // namespace
+}  // namespace trotlet::alerts
