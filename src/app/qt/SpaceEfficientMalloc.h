@@ -2,7 +2,8 @@
 
 namespace trotlet::app {
 
-// The allocator switch, first thing at entry.
+// The allocator switch, first thing at entry: may replace the process image once with the
+// same executable and arguments and allocator settings in the environment (see MallocSwitch.h).
 struct SpaceEfficientMalloc {
     static void adopt(char** argv);
 };
