@@ -1,0 +1,40 @@
+#include "weather/WeatherSchedule.h"
+
+#include <algorithm>
+
+namespace trotlet::weather {
+
+UnixTime WeatherSchedule::backoffDelay(int failures) {
+    if (failures < 1) return 0;
+    // 60 × 2^(n−1) reaches the cap at n = 6; stop doubling there so large counts cannot overflow.
+    UnixTime delay = kFirstBackoff;
+    for (int i = 1; i < failures && delay < kMaxBackoff; ++i) delay *= 2;
+    return std::min(delay, kMaxBackoff);
+}
+
+UnixTime WeatherSchedule::dueDate(UnixTime now, std::optional<UnixTime> reportFetchedAt,
+                                  bool panelNeedsWeather) const {
+    if (failureCount >= 1 && lastAttempt) {
+        UnixTime backoffDue = *lastAttempt + backoffDelay(failureCount);
+        if (retryOnOpen && panelNeedsWeather) {
+            UnixTime early = std::max(now, *lastAttempt + kRetryOnOpenGap);
+            return std::min(early, backoffDue);
+        }
+        return backoffDue;
+    }
+    if (reportFetchedAt)
+        return *reportFetchedAt + (panelNeedsWeather ? kPanelInterval : kMenuBarInterval);
+    return now;
+}
+
+bool WeatherSchedule::networkChanged(bool satisfied) {
+    const bool cameBack = pathSatisfied == false && satisfied;
+    pathSatisfied = satisfied;
+    if (cameBack && failureCount > 0) {
+        failureCount = 0;
+        return true;
+    }
+    return false;
+}
+
+}  // namespace trotlet::weather
