@@ -1,0 +1,347 @@
+#include <gtest/gtest.h>
+
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "EngineFixture.h"
+#include "platform/linux/AtomicFile.h"
+#include "shop/ShopStateCodec.h"
+#include "shop/files/FileShopPersistence.h"
+
+namespace trotlet::shop {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::day1;
+
+std::string slurp(const fs::path& path) {
+    std::ifstream in(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+void spit(const fs::path& path, std::string_view bytes) {
+    std::ofstream out(path, std::ios::binary | std::ios::trunc);
+    out << bytes;
+}
+
+struct PersistenceFixture : ::testing::Test {
+    fs::path dir;
+    Timestamp now = day1;
+    FixedOffsetCalendar calendar{0};
+
+    void SetUp() override {
+        char pattern[] = "/tmp/trotlet-shop-XXXXXX";
+        ASSERT_NE(::mkdtemp(pattern), nullptr);
+        dir = pattern;
+    }
+    void TearDown() override {
+        std::error_code ignored;
+        fs::permissions(dir, fs::perms::owner_all, ignored);
+        fs::remove_all(dir, ignored);
+    }
+    fs::path file() const { return dir / "shop.json"; }
+    fs::path backup() const { return dir / "shop.backup.json"; }
+    FileShopPersistence store() { return FileShopPersistence(file().string(), calendar, [this] { return now; }, 3); }
+    std::vector<std::string> filesLike(std::string_view prefix) const {
+        std::vector<std::string> names;
+        for (const auto& entry : fs::directory_iterator(dir)) {
+            const std::string name = entry.path().filename().string();
+            if (name.rfind(prefix, 0) == 0) names.push_back(name);
+        }
+        std::sort(names.begin(), names.end());
+        return names;
+    }
+    // A user with some history: welcome gift, a week of check-ins, a purchase.
+    ShopState someHistory() {
+        ManualClock clock(day1);
+        EconomyEngine engine(ShopState::fresh(day1, 5), clock, calendar, 8);
+        engine.grantWelcomeGiftIfNeeded();
+        for (int d = 0; d < 8; ++d) {
+            engine.checkInOutcome();
+            engine.tickPassive(120, 0);
+            clock.advance(86400);
+        }
+        EXPECT_EQ(engine.buy("shiba").kind, PurchaseResult::Kind::bought);
+        return engine.state();
+    }
+};
+
+TEST_F(PersistenceFixture, MissingFileIsANewUserAndSavesRoundTrip) {
+    auto s = store();
+    ShopLoadResult first = s.loadResult();
+    EXPECT_FALSE(first.notice);
+    EXPECT_TRUE(first.savingAllowed);
+    EXPECT_TRUE(first.state.ledger.empty());
+
+    const ShopState saved = someHistory();
+    ASSERT_TRUE(s.save(saved));
+    EXPECT_FALSE(fs::exists(dir / "shop.json.tmp"));
+    const std::string bytes = slurp(file());
+    EXPECT_EQ(bytes.find('\n'), std::string::npos) << "compact";
+    EXPECT_EQ(bytes.rfind(R"({"schemaVersion":2,"balance":)", 0), 0u);
+
+    ShopLoadResult again = store().loadResult();
+    EXPECT_FALSE(again.notice);
+    EXPECT_EQ(ShopStateCodec::encode(again.state), ShopStateCodec::encode(saved));
+    EXPECT_EQ(again.state.owned, (std::vector<std::string>{"cat", "shiba"}));
+}
+
+TEST_F(PersistenceFixture, BackupIsRefreshedOnLoadAndThenOnlyOnceADay) {
+    ShopState state = someHistory();
+    ASSERT_TRUE(store().save(state));
+    auto s = store();
+    s.loadResult();
+    ASSERT_TRUE(fs::exists(backup()));
+    const std::string firstBackup = slurp(backup());
+    state.balance = state.balance;  // any change; a passive Fish:
+    state.ledger.push_back({"x", now, 1, LedgerReason::passive(), state.balance + 1, 1});
+    state.balance += 1;
+    now += 3600;
+    ASSERT_TRUE(s.save(state));
+    EXPECT_EQ(slurp(backup()), firstBackup);
+    now += 86400;
+    ASSERT_TRUE(s.save(state));
+    EXPECT_EQ(slurp(backup()), slurp(file()));
+}
+
+TEST_F(PersistenceFixture, BrokenMoneyIsKeptAsideAndTheBackupRestored) {
+    const std::string broken = R"({"schemaVersion":2,"balance":"lots","ledger":[]})";
+    spit(file(), broken);
+    ShopLoadResult reset = store().loadResult();
+    ASSERT_TRUE(reset.notice);
+    EXPECT_EQ(reset.notice->kind, ShopNotice::Kind::resetAfterCorruption);
+    EXPECT_EQ(reset.notice->title(), "Shop data was reset");
+    EXPECT_EQ(reset.notice->body(),
+              "Your shop file couldn't be read, so Trotlet started fresh. The broken file is saved as "
+              "shop.corrupt-20261001-090000.json");
+    EXPECT_EQ(slurp(dir / "shop.corrupt-20261001-090000.json"), broken);
+    EXPECT_FALSE(fs::exists(file()));
+
+    const ShopState good = someHistory();
+    spit(backup(), ShopStateCodec::encode(good));
+    spit(file(), R"({"balance": 12, "ledger": [ {"amount": oops)");
+    ShopLoadResult restored = store().loadResult();
+    ASSERT_TRUE(restored.notice);
+    EXPECT_EQ(restored.notice->kind, ShopNotice::Kind::restoredFromBackup);
+    EXPECT_EQ(restored.notice->title(), "Shop data restored");
+    EXPECT_EQ(restored.notice->fileName, "shop.corrupt-20261001-090000-1.json");
+    EXPECT_EQ(restored.state.balance, good.balance);
+    // The restored state is back in place at once.
+    EXPECT_EQ(slurp(file()), ShopStateCodec::encode(good));
+    EXPECT_EQ(filesLike("shop.corrupt-").size(), 2u);
+}
+
+TEST_F(PersistenceFixture, LenientExtrasFallBackFieldByField) {
+    spit(file(), R"({"schemaVersion":2,"balance":15,"ledger":[{"date":"2026-10-01T09:00:00Z","amount":15,)"
+                 R"("reason":{"goldenFish":{}},"balanceAfter":15}],"today":"garbage","streak":{"current":"x","best":3}})");
+    ShopLoadResult r = store().loadResult();
+    EXPECT_FALSE(r.notice);
+    EXPECT_EQ(r.state.balance, 15);
+    ASSERT_EQ(r.state.ledger.size(), 1u);
+    EXPECT_EQ(r.state.today, DailyCounters{});
+    EXPECT_EQ(r.state.streak.current, 0);
+    EXPECT_EQ(r.state.streak.best, 3);
+    EXPECT_EQ(r.state.owned, std::vector<std::string>{"cat"});
+}
+
+TEST_F(PersistenceFixture, NewerFilesAreKeptAndTheShopStartsFresh) {
+    const std::string newer = R"({"schemaVersion":99,"balance":5000,"ledger":[]})";
+    spit(file(), newer);
+    ShopLoadResult r = store().loadResult();
+    ASSERT_TRUE(r.notice);
+    EXPECT_EQ(r.notice->kind, ShopNotice::Kind::newerSchema);
+    EXPECT_EQ(r.notice->body(),
+              "A newer Trotlet saved this shop. Trotlet started fresh and kept a copy as shop.v99-20261001-090000.json");
+    EXPECT_EQ(slurp(dir / "shop.v99-20261001-090000.json"), newer);
+    EXPECT_EQ(r.state.balance, 0);
+    EXPECT_TRUE(r.savingAllowed);
+}
+
+TEST_F(PersistenceFixture, VersionOneMigratesWithACarryoverAndNoLoss) {
+    spit(file(), R"({"schemaVersion":1,"balance":900,"ledger":[)"
+                 R"({"date":"2026-09-01T08:00:00Z","amount":250,"reason":{"passive":{}},"balanceAfter":250},)"
+                 R"({"date":"2026-09-02T08:00:00Z","amount":50,"reason":{"checkIn":{"streakDay":9}},"balanceAfter":300}],)"
+                 R"("owned":["cat","shiba"],"equipped":"shiba",)"
+                 R"("streak":{"current":9,"best":9,"lastCheckInDay":"2026-09-02","lastSaverUsed":"2026-08-20T23:30:00Z"},)"
+                 R"("today":{"day":"2026-09-02","activeSeconds":1200,"passiveFish":2}})");
+    ShopLoadResult r = store().loadResult();
+    EXPECT_FALSE(r.notice) << r.notice->body();
+    EXPECT_EQ(r.state.schemaVersion, 2);
+    EXPECT_EQ(r.state.balance, 900);
+    ASSERT_EQ(r.state.ledger.size(), 3u);
+    EXPECT_EQ(r.state.ledger[0].reason, LedgerReason::carryover());
+    EXPECT_EQ(r.state.ledger[0].amount, 600);
+    EXPECT_EQ(r.state.ledger[0].date, *parseIso8601("2026-09-01T08:00:00Z"));
+    EXPECT_EQ(r.state.ledger[2].balanceAfter, 900);
+    EXPECT_EQ(r.state.owned, (std::vector<std::string>{"cat", "shiba"}));
+    EXPECT_EQ(r.state.streak.lastSaverDay, "2026-08-20");
+    EXPECT_EQ(r.state.today.passiveProgress, 1200);
+}
+
+TEST_F(PersistenceFixture, HandEditedBalanceIsCorrectedToTheLedger) {
+    spit(file(), R"({"schemaVersion":2,"balance":5000,"ledger":[)"
+                 R"({"date":"2026-10-01T09:00:00Z","amount":600,"reason":{"passive":{}}},)"
+                 R"({"date":"2026-10-01T09:00:00Z","amount":300,"reason":{"goldenFish":{}}}]})");
+    ShopLoadResult r = store().loadResult();
+    ASSERT_TRUE(r.notice);
+    EXPECT_EQ(r.notice->kind, ShopNotice::Kind::balanceCorrected);
+    EXPECT_EQ(r.notice->body(), "Your balance is now the sum of your Fish history (-4100)");
+    EXPECT_EQ(r.state.balance, 900);
+}
+
+TEST_F(PersistenceFixture, AnUnreadableFileIsNeverOverwritten) {
+    // A directory where the file should be: open works, read fails, even for root.
+    fs::create_directory(file());
+    spit(file() / "inside", "keep me");
+    auto s = store();
+    ShopLoadResult r = s.loadResult();
+    ASSERT_TRUE(r.notice);
+    EXPECT_EQ(r.notice->kind, ShopNotice::Kind::unreadableFile);
+    EXPECT_EQ(r.notice->body(), "Trotlet couldn't read shop.json, so it left the file untouched. Progress this "
+                                "session won't be saved until it can be read again.");
+    EXPECT_FALSE(r.savingAllowed);
+    EXPECT_FALSE(s.save(someHistory()));
+    EXPECT_EQ(slurp(file() / "inside"), "keep me");
+    EXPECT_TRUE(filesLike("shop.corrupt").empty());
+}
+
+TEST_F(PersistenceFixture, AFailedWriteLeavesTheOldFileAndSaysWhy) {
+    const ShopState old = someHistory();
+    auto s = store();
+    ASSERT_TRUE(s.save(old));
+    const std::string before = slurp(file());
+    ShopState changed = old;
+    changed.ledger.push_back({"y", now, 7, LedgerReason::goldenFish(), 0, 1});
+    changed.balance += 7;
+
+    // The temp file's name is taken by a directory: the write can't start.
+    fs::create_directory(dir / "shop.json.tmp");
+    const ShopSaveResult blocked = s.save(changed);
+    EXPECT_FALSE(blocked);
+    EXPECT_NE(blocked.error.find("shop.json.tmp"), std::string::npos) << blocked.error;
+    EXPECT_EQ(slurp(file()), before);
+    fs::remove(dir / "shop.json.tmp");
+
+    // A full disk: the file-size limit makes the write fail half-way.
+    rlimit saved{};
+    ::getrlimit(RLIMIT_FSIZE, &saved);
+    const auto oldHandler = ::signal(SIGXFSZ, SIG_IGN);
+    rlimit tiny = saved;
+    tiny.rlim_cur = 100;
+    ::setrlimit(RLIMIT_FSIZE, &tiny);
+    const ShopSaveResult full = s.save(changed);
+    ::setrlimit(RLIMIT_FSIZE, &saved);
+    ::signal(SIGXFSZ, oldHandler);
+    EXPECT_FALSE(full);
+    EXPECT_FALSE(full.error.empty());
+    EXPECT_EQ(slurp(file()), before);
+    EXPECT_FALSE(fs::exists(dir / "shop.json.tmp"));
+
+    ASSERT_TRUE(s.save(changed));
+    EXPECT_EQ(store().loadResult().state.balance, changed.balance);
+}
+
+TEST_F(PersistenceFixture, ATruncatedFileNeverLosesWhatTheBackupHolds) {
+    const ShopState good = someHistory();
+    const std::string bytes = ShopStateCodec::encode(good);
+    for (size_t cut = 0; cut < bytes.size(); ++cut) {
+        spit(file(), std::string_view(bytes).substr(0, cut));
+        spit(backup(), bytes);
+        ShopLoadResult r = store().loadResult();
+        ASSERT_GE(r.state.balance, good.balance) << "cut at " << cut;
+        int64_t sum = 0;
+        for (const auto& row : r.state.ledger) sum += row.amount;
+        ASSERT_EQ(sum, r.state.balance) << "cut at " << cut;
+        for (const auto& name : filesLike("shop.corrupt")) fs::remove(dir / name);
+    }
+}
+
+TEST_F(PersistenceFixture, AKillDuringASaveLeavesTheOldOrTheNewFile) {
+    const ShopState small = someHistory();
+    ShopState big = small;
+    for (int i = 0; i < 400; ++i) {
+        big.ledger.push_back({std::string("r").append(std::to_string(i)), now, 1, LedgerReason::goldenFish(), 0, 1});
+        big.balance += 1;
+    }
+    recomputeRunningBalances(big.ledger);
+    ASSERT_TRUE(store().save(small));
+    for (int round = 0; round < 12; ++round) {
+        const pid_t child = ::fork();
+        ASSERT_GE(child, 0);
+        if (child == 0) {
+            auto s = store();
+            for (int i = 0;; ++i) s.save(i % 2 ? small : big);
+        }
+        ::usleep(static_cast<useconds_t>(2000 + round * 1500));
+        ::kill(child, SIGKILL);
+        int status = 0;
+        ::waitpid(child, &status, 0);
+        ShopLoadResult r = store().loadResult();
+        ASSERT_FALSE(r.notice) << "round " << round << ": " << r.notice->body();
+        ASSERT_TRUE(r.state.balance == small.balance || r.state.balance == big.balance);
+    }
+    // A temp file left behind by the kill is ignored and replaced by the next save.
+    spit(dir / "shop.json.tmp", "{\"schemaVer");
+    EXPECT_FALSE(store().loadResult().notice);
+    ASSERT_TRUE(store().save(small));
+    EXPECT_FALSE(fs::exists(dir / "shop.json.tmp"));
+}
+
+TEST_F(PersistenceFixture, ABigLedgerFoldsAndStillAddsUp) {
+    ManualClock clock(day1);
+    EconomyEngine engine(ShopState::fresh(day1, 1), clock, calendar, 2);
+    for (int i = 0; i < 700; ++i) engine.wallet().record(i % 7 + 1, LedgerReason::goldenFish(), false);
+    ASSERT_TRUE(store().save(engine.state()));
+    ShopLoadResult r = store().loadResult();
+    EXPECT_FALSE(r.notice);
+    EXPECT_EQ(r.state.ledger.size(), 500u);
+    int64_t sum = 0;
+    for (const auto& row : r.state.ledger) sum += row.amount;
+    EXPECT_EQ(sum, r.state.balance);
+    EXPECT_EQ(r.state.balance, engine.wallet().balance());
+}
+
+TEST(ShopNotices, SameNoticeIsNotStacked) {
+    ShopNotices notices;
+    EXPECT_TRUE(notices.raise({ShopNotice::Kind::clockBehind}));
+    EXPECT_FALSE(notices.raise({ShopNotice::Kind::clockBehind}));
+    EXPECT_TRUE(notices.raise({ShopNotice::Kind::clockJumpedForward}));
+    EXPECT_EQ(notices.pending().size(), 2u);
+    notices.dismiss(ShopNotice::Kind::clockBehind);
+    EXPECT_TRUE(notices.raise({ShopNotice::Kind::clockBehind}));
+    EXPECT_EQ(notices.pending().back().body(), "Check-ins and Golden Fish resume when your clock catches up.");
+}
+
+TEST(ShopStateCodec, RejectsImplausibleOrNegativeMoney) {
+    FixedOffsetCalendar utc(0);
+    const ShopStateCodec codec(utc);
+    const struct {
+        const char* json;
+        DecodeError::Kind kind;
+    } cases[] = {
+        {R"({"schemaVersion":2,"balance":9223372036854775807,"ledger":[]})", DecodeError::Kind::broken},
+        {R"({"schemaVersion":2,"balance":1,"ledger":[{"date":"2026-10-01T09:00:00Z","amount":9223372036854775807,"reason":{"passive":{}}},{"date":"2026-10-01T09:00:00Z","amount":9223372036854775807,"reason":{"passive":{}}}]})", DecodeError::Kind::broken},
+        {R"({"schemaVersion":2,"balance":-5,"ledger":[]})", DecodeError::Kind::broken},
+        {R"({"schemaVersion":2,"balance":0,"ledger":[{"date":"2026-10-01T09:00:00Z","amount":-5,"reason":{"purchase":{"_0":"shiba"}}}]})", DecodeError::Kind::broken},
+        {R"({"schemaVersion":2,"balance":0,"ledger":{}})", DecodeError::Kind::broken},
+        {R"({"schemaVersion":0,"balance":0,"ledger":[]})", DecodeError::Kind::broken},
+        {R"({"schemaVersion":"2","balance":0,"ledger":[]})", DecodeError::Kind::unreadableHeader},
+        {R"([])", DecodeError::Kind::unreadableHeader},
+        {R"({"schemaVersion":3,"balance":0,"ledger":[]})", DecodeError::Kind::newerSchema},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.json);
+        const auto decoded = codec.decode(c.json);
+        ASSERT_TRUE(std::holds_alternative<DecodeError>(decoded));
+        EXPECT_EQ(std::get<DecodeError>(decoded).kind, c.kind);
+    }
+}
+
+}  // namespace
+}  // namespace trotlet::shop
