@@ -17,8 +17,9 @@ public:
     explicit ManualClock(Timestamp wall, std::string bootId = "boot-1") : reading_{wall, 0, std::move(bootId)} {}
     ClockReading read() const override { return reading_; }
 
-    // Real time passes: both clocks move.
+    // Real time passes: both clocks move. Real time never runs backwards.
     void advance(double seconds) {
+        if (!(seconds > 0)) return;
         reading_.wall += seconds;
         reading_.monotonicNanos += static_cast<int64_t>(seconds * 1e9);
     }
