@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+
+#include "app/LaunchOptions.h"
+
+namespace trotlet::metrics {
+
+// TROTLET_METRICS_TIMELINE=<scenario> with --dump-metrics: scripted checks of the metrics store
+// run against its real timer, sampling thread and publication path. Scenarios: "tiers" (kinds
+// and intervals follow the consumers), "history" (charts keep a bounded, ordered history),
+// "overlap" (a slow sample makes ticks skip, never pile up), "absent" (a machine without a
+// battery gets no battery points), and "all". Prints JSON and returns 0 when every check
+// passed, 1 otherwise (an unknown scenario included).
+struct MetricsTimeline {
+    static int run(const std::string& scenario, const app::LaunchOptions& options);
+};
+
+}  // namespace trotlet::metrics

@@ -1,0 +1,142 @@
+#include "platform/linux/CpuReader.h"
+
+#include "platform/linux/TextScan.h"
+
+namespace trotlet::platform {
+
+namespace {
+
+bool parseTicks(TextScan& scan, CpuTicks& t) {
+    std::uint64_t* fields[] = {&t.user, &t.nice,    &t.system, &t.idle,
+                               &t.iowait, &t.irq, &t.softirq, &t.steal};
+    for (size_t i = 0; i < 8; ++i) {
+        auto v = scan.u64();
+        if (!v) {
+            // Kernels before 2.6.11 stop after softirq; steal is then zero by definition.
+            if (i >= 7) return true;
+            return false;
+        }
+        *fields[i] = *v;
+    }
+    return true;
+}
+
+}  // namespace
+
+bool parseProcStat(std::string_view text, CpuStat& out) {
+    TextScan lines(text);
+    size_t cores = 0;
+    bool haveAll = false;
+    while (!lines.atEnd()) {
+        TextScan scan(lines.line());
+        const std::string_view label = scan.token();
+        if (label.size() < 3 || label.substr(0, 3) != "cpu") {
+            if (haveAll) break;  // the cpu lines come first and together
+            continue;
+        }
+        if (label == "cpu") {
+            if (!parseTicks(scan, out.all)) return false;
+            haveAll = true;
+            continue;
+        }
+        if (cores >= out.cores.size()) out.cores.emplace_back();
+        if (!parseTicks(scan, out.cores[cores])) return false;
+        ++cores;
+    }
+    out.cores.resize(cores);
+    return haveAll;
+}
+
+std::optional<CpuShares> sharesBetween(const CpuTicks& a, const CpuTicks& b) {
+    const std::uint64_t before[] = {a.user, a.nice, a.system, a.idle, a.iowait, a.irq, a.softirq, a.steal};
+    const std::uint64_t after[] = {b.user, b.nice, b.system, b.idle, b.iowait, b.irq, b.softirq, b.steal};
+    for (size_t i = 0; i < 8; ++i)
+        if (after[i] < before[i]) return std::nullopt;
+    const double total = double(b.total() - a.total());
+    if (total <= 0) return std::nullopt;
+    CpuShares s;
+    s.total = double(b.busy() - a.busy()) / total;
+    s.user = double((b.user + b.nice) - (a.user + a.nice)) / total;
+    s.system = double((b.system + b.irq + b.softirq) - (a.system + a.irq + a.softirq)) / total;
+    return s;
+}
+
+std::vector<int> parseCpuList(std::string_view text) {
+    std::vector<int> out;
+    text = trimmed(text);
+    while (!text.empty()) {
+        const size_t comma = text.find(',');
+        std::string_view piece = text.substr(0, comma);
+        text = comma == std::string_view::npos ? std::string_view() : text.substr(comma + 1);
+        const size_t dash = piece.find('-');
+        auto first = TextScan::parseU64(piece.substr(0, dash));
+        auto last = dash == std::string_view::npos ? first : TextScan::parseU64(piece.substr(dash + 1));
+        if (!first || !last || *last < *first || *last > 65535) continue;
+        for (auto c = *first; c <= *last; ++c) out.push_back(static_cast<int>(c));
+    }
+    return out;
+}
+
+std::optional<LoadAverage> parseLoadAvg(std::string_view text) {
+    TextScan scan(text);
+    auto one = scan.number(), five = scan.number(), fifteen = scan.number();
+    if (!one || !five || !fifteen) return std::nullopt;
+    LoadAverage l{*one, *five, *fifteen, std::nullopt};
+    const std::string_view entities = scan.token();
+    const size_t slash = entities.find('/');
+    if (slash != std::string_view::npos)
+        if (auto total = TextScan::parseI64(entities.substr(slash + 1))) l.schedulingEntities = *total;
+    return l;
+}
+
+CpuReader::CpuReader(const std::string& root)
+    : stat_(underRoot(root, "/proc/stat")), loadavg_(underRoot(root, "/proc/loadavg")) {
+    // Hybrid Intel CPUs register two PMUs: cpu_core (performance) and cpu_atom (efficiency).
+    if (auto atoms = readTrimmed(underRoot(root, "/sys/devices/cpu_atom/cpus")))
+        efficiencyCores_ = parseCpuList(*atoms);
+}
+
+bool CpuReader::read(metrics::CPUMetrics& out) {
+    out.efficiencyCoreIndices = efficiencyCores_;
+    if (auto text = loadavg_.read())
+        if (auto l = parseLoadAvg(*text)) {
+            out.loadAvg = {l->one, l->five, l->fifteen};
+            out.threadCount = l->schedulingEntities;
+        }
+    auto text = stat_.read();
+    if (!text || !parseProcStat(*text, current_)) {
+        havePrevious_ = false;
+        return false;
+    }
+    bool ok = false;
+    if (havePrevious_) {
+        if (auto all = sharesBetween(previous_.all, current_.all)) {
+            out.total = all->total;
+            out.user = all->user;
+            out.system = all->system;
+            out.perCore.clear();
+            // A core that came or went since the last reading makes the per-core list
+            // incomparable: report the totals and skip the cores this once.
+            if (previous_.cores.size() == current_.cores.size()) {
+                out.perCore.reserve(current_.cores.size());
+                for (size_t i = 0; i < current_.cores.size(); ++i) {
+                    const auto& a = previous_.cores[i];
+                    const auto& b = current_.cores[i];
+                    if (b.total() < a.total() || b.busy() < a.busy()) {
+                        out.perCore.clear();
+                        break;
+                    }
+                    auto s = sharesBetween(a, b);
+                    // No tick on this core since the last reading: it did no work.
+                    out.perCore.push_back(s ? s->total : 0.0);
+                }
+            }
+            ok = true;
+        }
+    }
+    std::swap(previous_, current_);
+    havePrevious_ = true;
+    return ok;
+}
+
+}  // namespace trotlet::platform

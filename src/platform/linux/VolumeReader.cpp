@@ -1,0 +1,250 @@
+#include "platform/linux/VolumeReader.h"
+
+#include <dirent.h>
+#include <limits.h>
+#include <stdlib.h>
+#include <sys/statvfs.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <condition_variable>
+#include <map>
+#include <mutex>
+#include <set>
+#include <thread>
+
+#include "platform/linux/TextScan.h"
+
+namespace trotlet::platform {
+
+namespace {
+
+std::string unescapeOctal(std::string_view s) {
+    std::string out;
+    out.reserve(s.size());
+    for (size_t i = 0; i < s.size(); ++i) {
+        if (s[i] == '\\' && i + 3 < s.size() && s[i + 1] >= '0' && s[i + 1] <= '3' && s[i + 2] >= '0' && s[i + 2] <= '7' &&
+            s[i + 3] >= '0' && s[i + 3] <= '7') {
+            out += static_cast<char>((s[i + 1] - '0') * 64 + (s[i + 2] - '0') * 8 + (s[i + 3] - '0'));
+            i += 3;
+        } else {
+            out += s[i];
+        }
+    }
+    return out;
+}
+
+bool isNetworkFs(std::string_view type) {
+    for (std::string_view t : {"nfs", "nfs4", "cifs", "smb3", "smbfs", "fuse.sshfs", "9p", "ceph", "afs",
+                               "glusterfs", "fuse.rclone", "davfs", "fuse.davfs2"})
+        if (type == t) return true;
+    return false;
+}
+
+std::string lastComponent(const std::string& path) {
+    const size_t slash = path.find_last_of('/');
+    return slash == std::string::npos ? path : path.substr(slash + 1);
+}
+
+}  // namespace
+
+std::vector<MountEntry> parseMountInfo(std::string_view text) {
+    std::vector<MountEntry> out;
+    TextScan lines(text);
+    while (!lines.atEnd()) {
+        TextScan scan(lines.line());
+        // id parent major:minor root mountpoint options [optional fields...] - fstype source superoptions
+        if (!scan.u64() || !scan.u64()) continue;
+        MountEntry e;
+        e.device = std::string(scan.token());
+        e.root = unescapeOctal(scan.token());
+        e.mountPoint = unescapeOctal(scan.token());
+        const std::string_view options = scan.token();
+        std::string_view t;
+        while (!(t = scan.token()).empty() && t != "-") {
+        }
+        if (t != "-") continue;
+        e.fsType = std::string(scan.token());
+        e.source = unescapeOctal(scan.token());
+        if (e.device.empty() || e.mountPoint.empty() || e.fsType.empty()) continue;
+        e.readOnly = options == "ro" || options.substr(0, 3) == "ro,";
+        out.push_back(std::move(e));
+    }
+    return out;
+}
+
+bool isUserVolume(const MountEntry& e) {
+    if (e.mountPoint == "/") return true;
+    if (isNetworkFs(e.fsType)) return true;
+    if (e.fsType == "squashfs" || e.source.rfind("/dev/loop", 0) == 0) return false;
+    if (e.mountPoint.rfind("/snap/", 0) == 0 || e.mountPoint.rfind("/proc", 0) == 0 ||
+        e.mountPoint.rfind("/sys", 0) == 0 || e.mountPoint.rfind("/run/", 0) == 0 ||
+        e.mountPoint == "/run" || e.mountPoint.rfind("/dev", 0) == 0)
+        return e.mountPoint.rfind("/run/media/", 0) == 0;  // udisks mounts removable media here
+    return e.source.rfind("/dev/", 0) == 0 || e.fsType == "zfs" || e.fsType == "fuseblk";
+}
+
+std::optional<SpaceReading> statvfsSpace(const std::string& path) {
+    struct statvfs s {};
+    if (::statvfs(path.c_str(), &s) != 0) return std::nullopt;
+    const auto unit = static_cast<std::int64_t>(s.f_frsize ? s.f_frsize : s.f_bsize);
+    return SpaceReading{static_cast<std::int64_t>(s.f_blocks) * unit,
+                        static_cast<std::int64_t>(s.f_bavail) * unit};
+}
+
+struct VolumeReader::Shared {
+    std::mutex mutex;
+    std::condition_variable done;
+    SpaceQuery query;
+    std::map<std::string, SpaceReading> lastGood;
+    std::set<std::string> hung;
+    bool running = false;
+    unsigned generation = 0;
+    std::string current;
+    std::chrono::steady_clock::time_point startedAt;
+};
+
+namespace {
+
+void refresh(std::shared_ptr<VolumeReader::Shared> shared, std::vector<std::string> paths, unsigned generation) {
+    for (const auto& path : paths) {
+        {
+            std::lock_guard lock(shared->mutex);
+            if (shared->generation != generation) return;
+            shared->current = path;
+        }
+        auto reading = shared->query(path);
+        std::lock_guard lock(shared->mutex);
+        shared->hung.erase(path);  // it answered after all
+        if (shared->generation != generation) return;
+        if (reading) shared->lastGood[path] = *reading;
+    }
+    std::lock_guard lock(shared->mutex);
+    if (shared->generation == generation) {
+        shared->running = false;
+        shared->current.clear();
+        shared->done.notify_all();
+    }
+}
+
+}  // namespace
+
+VolumeReader::VolumeReader(const std::string& root, SpaceQuery query, std::chrono::milliseconds timeout,
+                           std::chrono::milliseconds refreshInterval)
+    : root_(root), mountInfo_(underRoot(root, "/proc/self/mountinfo")), timeout_(timeout),
+      refreshInterval_(refreshInterval),
+      shared_(std::make_shared<Shared>()) {
+    shared_->query = std::move(query);
+}
+
+VolumeReader::~VolumeReader() {
+    // A worker still inside statvfs holds its own reference to the shared state; moving the
+    // generation on tells it to stop after its current call.
+    std::lock_guard lock(shared_->mutex);
+    ++shared_->generation;
+}
+
+const VolumeReader::Known& VolumeReader::describe(const MountEntry& e) {
+    for (const auto& k : known_)
+        if (k.device == e.device) return k;
+    Known k;
+    k.device = e.device;
+    // /sys/dev/block/M:m leads to the disk or to a partition inside it; "removable" sits on the
+    // disk. USB disks often say 0 there, so a USB path counts as removable too.
+    const std::string link = underRoot(root_, "/sys/dev/block/" + e.device);
+    char resolved[PATH_MAX];
+    if (::realpath(link.c_str(), resolved)) {
+        std::string path = resolved;
+        auto flag = readTrimmed(path + "/removable");
+        if (!flag) flag = readTrimmed(path + "/../removable");
+        k.removable = (flag && *flag == "1") || path.find("/usb") != std::string::npos ||
+                      path.find("/mmc") != std::string::npos;
+    }
+    // A filesystem label names the volume as a file manager would.
+    const std::string labels = underRoot(root_, "/dev/disk/by-label");
+    if (DIR* dir = ::opendir(labels.c_str())) {
+        char sourcePath[PATH_MAX], target[PATH_MAX];
+        const bool haveSource = !e.source.empty() && ::realpath(underRoot(root_, e.source).c_str(), sourcePath);
+        while (dirent* d = ::readdir(dir)) {
+            if (d->d_name[0] == '.' || !haveSource) continue;
+            if (::realpath((labels + "/" + d->d_name).c_str(), target) && std::string_view(target) == sourcePath)
+                k.label = unescapeOctal(std::string_view(d->d_name));
+        }
+        ::closedir(dir);
+    }
+    known_.push_back(std::move(k));
+    return known_.back();
+}
+
+void VolumeReader::read(metrics::DiskMetrics& out) {
+    out.volumes.clear();
+    auto text = mountInfo_.read();
+    if (!text) return;
+    std::vector<MountEntry> mounts;
+    for (auto& m : parseMountInfo(*text))
+        if (isUserVolume(m)) mounts.push_back(std::move(m));
+    // One entry per filesystem: bind mounts and second mounts of a device repeat its space.
+    // The root mount always stays; otherwise the shortest mount point wins.
+    std::stable_sort(mounts.begin(), mounts.end(), [](const MountEntry& a, const MountEntry& b) {
+        return a.mountPoint.size() < b.mountPoint.size();
+    });
+    std::vector<MountEntry> unique;
+    for (auto& m : mounts) {
+        const bool seen = std::any_of(unique.begin(), unique.end(), [&](const MountEntry& u) {
+            return u.device == m.device && !isNetworkFs(m.fsType);
+        });
+        if (!seen) unique.push_back(std::move(m));
+    }
+
+    std::vector<std::string> paths;
+    for (const auto& m : unique) paths.push_back(underRoot(root_, m.mountPoint));
+    std::vector<std::optional<SpaceReading>> readings;
+    {
+        std::unique_lock lock(shared_->mutex);
+        const auto now = std::chrono::steady_clock::now();
+        if (shared_->running && now - shared_->startedAt > timeout_) {
+            // The worker is stuck in one call: leave it there and carry on without that mount.
+            if (!shared_->current.empty()) shared_->hung.insert(shared_->current);
+            ++shared_->generation;
+            shared_->running = false;
+        }
+        // Space changes slowly; a fresh round of statvfs calls every refresh interval is plenty.
+        if (!shared_->running && (first_ || now - shared_->startedAt >= refreshInterval_)) {
+            std::vector<std::string> todo;
+            for (const auto& p : paths)
+                if (!shared_->hung.count(p)) todo.push_back(p);
+            shared_->running = true;
+            shared_->startedAt = now;
+            std::thread(refresh, shared_, std::move(todo), shared_->generation).detach();
+        }
+        if (first_) {
+            shared_->done.wait_for(lock, timeout_, [&] { return !shared_->running; });
+            first_ = false;
+        }
+        readings.resize(unique.size());
+        for (size_t i = 0; i < unique.size(); ++i) {
+            auto it = shared_->lastGood.find(paths[i]);
+            if (it != shared_->lastGood.end()) readings[i] = it->second;
+        }
+    }
+    for (size_t i = 0; i < unique.size(); ++i) {
+        if (!readings[i]) continue;  // no reading yet: not listed
+        const auto& m = unique[i];
+        const Known& k = describe(m);
+        metrics::VolumeInfo v;
+        v.path = m.mountPoint;
+        v.name = k.label ? *k.label : (m.mountPoint == "/" ? std::string("Root") : lastComponent(m.mountPoint));
+        v.totalBytes = readings[i]->totalBytes;
+        v.availableBytes = readings[i]->availableBytes;
+        v.isRemovable = k.removable;
+        v.isInternal = !k.removable && !isNetworkFs(m.fsType);
+        v.isRoot = m.mountPoint == "/";
+        v.isReadOnly = m.readOnly;
+        out.volumes.push_back(std::move(v));
+    }
+    std::sort(out.volumes.begin(), out.volumes.end(), [](const auto& a, const auto& b) {
+        return a.isRoot != b.isRoot ? a.isRoot : a.path < b.path;
+    });
+}
+
+}  // namespace trotlet::platform

@@ -1,0 +1,75 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "metrics/MetricsSnapshot.h"
+#include "platform/linux/KeptFile.h"
+
+namespace trotlet::platform {
+
+struct MountEntry {
+    std::string device;      // "major:minor"
+    std::string root;        // the directory of the filesystem mounted here ("/" for the whole)
+    std::string mountPoint;  // unescaped
+    std::string fsType;
+    std::string source;
+    bool readOnly = false;
+};
+// /proc/self/mountinfo; octal escapes (\040 for a space) are undone.
+std::vector<MountEntry> parseMountInfo(std::string_view text);
+
+// Filesystems a user thinks of as volumes: block-device filesystems and network shares, plus
+// whatever is mounted at "/" (an overlay in a container). Pseudo filesystems, snap squashfs
+// images and loop devices are left out.
+bool isUserVolume(const MountEntry& entry);
+
+struct SpaceReading {
+    std::int64_t totalBytes = 0, availableBytes = 0;
+};
+using SpaceQuery = std::function<std::optional<SpaceReading>(const std::string& path)>;
+std::optional<SpaceReading> statvfsSpace(const std::string& path);
+
+// Mounted volumes and their space. statvfs runs on a worker thread, never on the caller's: a
+// hung network mount stalls only that worker, the caller keeps the volume's last good reading,
+// and after `timeout` a fresh worker takes over the other mounts while the hung one is skipped
+// until its call returns.
+class VolumeReader {
+public:
+    explicit VolumeReader(const std::string& root = "/", SpaceQuery query = statvfsSpace,
+                          std::chrono::milliseconds timeout = std::chrono::milliseconds(300),
+                          std::chrono::milliseconds refreshInterval = std::chrono::milliseconds(2000));
+    ~VolumeReader();
+    VolumeReader(const VolumeReader&) = delete;
+    VolumeReader& operator=(const VolumeReader&) = delete;
+
+    // The volumes with the space readings at hand. The first call waits up to the time-out for
+    // a first reading, so a one-shot dump shows sizes; later calls never wait.
+    void read(metrics::DiskMetrics& out);
+
+    struct Shared;  // between the reader and its workers, which may outlive it
+
+private:
+    struct Known {
+        std::string device;
+        bool removable = false;
+        std::optional<std::string> label;
+    };
+    const Known& describe(const MountEntry& entry);
+
+    std::string root_;
+    KeptFile mountInfo_;
+    std::chrono::milliseconds timeout_;
+    std::chrono::milliseconds refreshInterval_;
+    std::shared_ptr<Shared> shared_;
+    std::vector<Known> known_;
+    bool first_ = true;
+};
+
+}  // namespace trotlet::platform
