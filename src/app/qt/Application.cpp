@@ -1,12 +1,53 @@
 #include "app/qt/Application.h"
 
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include <QApplication>
 #include <QCoreApplication>
+#include <QSystemTrayIcon>
+#include <QTimer>
+
+#include "app/qt/DisplayCheck.h"
+#include "app/qt/HeadlessModes.h"
+#include "app/qt/LiveApp.h"
 
 namespace trotlet::app {
 
-int runApplication(const LaunchOptions&, int argc, char** argv) {
+namespace {
+
+int runHeadless(const LaunchOptions& options, int& argc, char** argv) {
+    // No display is needed or opened: the modes print and exit from inside the event loop,
+    // once the application has finished launching.
     QCoreApplication app(argc, argv);
-    return 0;
+    QTimer::singleShot(0, &app, [&options] { QCoreApplication::exit(runHeadlessMode(options)); });
+    return app.exec();
+}
+
+int runLive(const LaunchOptions& options, int& argc, char** argv) {
+    if (auto problem = displayProblem()) {
+        std::fprintf(stderr, "trotlet: %s\n", problem->c_str());
+        return 1;
+    }
+    const std::vector<std::string> args(argv, argv + argc);
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("Trotlet"));
+    // The app lives in the tray: closing the panel must not end it.
+    QApplication::setQuitOnLastWindowClosed(false);
+    if (!QSystemTrayIcon::isSystemTrayAvailable()) {
+        std::fprintf(stderr, "trotlet: no system tray is available on this desktop, and Trotlet "
+                             "lives in the tray\n");
+        return 1;
+    }
+    LiveApp live(options, args);
+    return app.exec();
+}
+
+}  // namespace
+
+int runApplication(const LaunchOptions& options, int argc, char** argv) {
+    return options.isHeadless() ? runHeadless(options, argc, argv) : runLive(options, argc, argv);
 }
 
 }  // namespace trotlet::app

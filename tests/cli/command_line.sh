@@ -1,0 +1,78 @@
+#!/usr/bin/env bash
+# The command line as a user meets it: exit statuses, the exact error form, the help, the
+# headless answers, and the live app's refusal to start without a display.
+set -uo pipefail
+trotlet=$1
+failures=0
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+export HOME=$work/home XDG_CONFIG_HOME=$work/config XDG_DATA_HOME=$work/data
+
+fail() { echo "FAIL: $*"; failures=$((failures + 1)); }
+
+# expect_error <status> <message> <args...>: the exact two-line stderr of a command-line error.
+expect_error() {
+    local status=$1 message=$2; shift 2
+    "$trotlet" "$@" >"$work/out" 2>"$work/err"
+    local got=$?
+    [[ $got == "$status" ]] || fail "$* exited $got, wanted $status"
+    local wanted
+    wanted=$(printf 'trotlet: %s\nRun `Trotlet --help` for usage.' "$message")
+    [[ "$(cat "$work/err")" == "$wanted" ]] || fail "$* printed: $(cat "$work/err")"
+    [[ ! -s "$work/out" ]] || fail "$* wrote to stdout"
+}
+
+expect_error 2 "--tab needs one of: overview, processes, shop, settings" --tab Overview
+expect_error 2 "unknown option --frobnicate" --frobnicate
+expect_error 2 'unexpected argument "overview"' overview
+expect_error 2 '--bench-metrics takes an optional positive iteration count, got "0"' --bench-metrics 0
+expect_error 2 "--idle-seconds needs a number of seconds (>= 0)" --idle-seconds -5
+expect_error 2 "--only only applies to --snapshot or --list-scenes" --only hero --dump-metrics
+expect_error 2 "--fixture needs one of: normal, idle, busy, panic, hot, lowBattery, offline, desktop, stress" --fixture
+# A fault before --help wins over it.
+expect_error 2 "--tab needs one of: overview, processes, shop, settings" --tab Overview --help
+
+# --help, also after good options and before a fault: the full text on stdout, status 0.
+for args in "--help" "-h" "--mock --help --tab Overview" "-psn_0_42 --help"; do
+    # shellcheck disable=SC2086
+    "$trotlet" $args >"$work/out" 2>"$work/err"
+    status=$?
+    [[ $status == 0 ]] || fail "$args exited $status"
+    head -1 "$work/out" | grep -Eq '^Trotlet [0-9]+\.[0-9]+\.[0-9]+ \([0-9]+\): a menu bar system monitor with a running mascot\.$' ||
+        fail "$args: first line $(head -1 "$work/out")"
+    [[ "$(tail -1 "$work/out")" == "  -h, --help                print this help" ]] || fail "$args: last line"
+    [[ $(wc -l <"$work/out") -ge 60 ]] || fail "$args: help is short"
+    [[ ! -s "$work/err" ]] || fail "$args wrote to stderr: $(cat "$work/err")"
+done
+
+# Moving into an Applications folder has no meaning here; the answer says so as JSON.
+"$trotlet" --move-check /opt/A --move-check /opt/B >"$work/out" 2>"$work/err" || fail "--move-check exited $?"
+[[ $(grep -c '"applicable": false' "$work/out") == 2 ]] || fail "--move-check: $(cat "$work/out")"
+grep -q '"path": "/opt/B"' "$work/out" || fail "--move-check lost a path"
+"$trotlet" --move-copy /opt/A /tmp >"$work/out" 2>"$work/err" || fail "--move-copy exited $?"
+grep -q '"reason": "Moving into an Applications folder is not applicable on Linux"' "$work/out" ||
+    fail "--move-copy: $(cat "$work/out")"
+
+# The live app without any display: one clear line, a non-zero status, no hang, no core.
+timeout 20 env -u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM "$trotlet" >"$work/out" 2>"$work/err"
+status=$?
+[[ $status == 1 ]] || fail "no display: exited $status"
+[[ "$(cat "$work/err")" == "trotlet: no display to show the tray item on (neither DISPLAY nor WAYLAND_DISPLAY is set)" ]] ||
+    fail "no display: $(cat "$work/err")"
+timeout 20 env -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM DISPLAY=:93157 "$trotlet" >"$work/out" 2>"$work/err"
+status=$?
+[[ $status == 1 ]] || fail "unreachable display: exited $status"
+grep -q '^trotlet: cannot connect to the X display ":93157"$' "$work/err" || fail "unreachable display: $(cat "$work/err")"
+# A display but no tray (the offscreen platform has none).
+timeout 20 env QT_QPA_PLATFORM=offscreen "$trotlet" >"$work/out" 2>"$work/err"
+status=$?
+[[ $status == 1 ]] || fail "no tray: exited $status"
+grep -q '^trotlet: no system tray is available' "$work/err" || fail "no tray: $(cat "$work/err")"
+
+[[ ! -e $XDG_CONFIG_HOME/trotlet/settings.json ]] || fail "a failed start wrote settings"
+
+if ((failures)); then
+    echo "command line: $failures failure(s)"
+    exit 1
+fi
+echo "command line: ok"
