@@ -11,6 +11,8 @@ packages=(
   libgtest-dev libgmock-dev
   # tests: a private session bus, a headless X server, a font for measuring text
   dbus dbus-x11 xvfb xauth fonts-dejavu-core locales
+  # tests: vmstat, free and ps as a second opinion on the metric readers
+  procps
 )
 
 missing=()

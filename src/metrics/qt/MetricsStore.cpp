@@ -57,7 +57,7 @@ void MetricsStore::setTier(ConsumerTier tier) {
     tier_ = tier;
     applyPlan();
     // Opening the panel should not wait a whole slow interval for the kinds it adds.
-    if (more && timer_.isActive()) sampleNow();
+    if (more && timer_.isActive()) sampleSoon();
 }
 
 void MetricsStore::setUpdateInterval(double seconds) {
@@ -68,7 +68,12 @@ void MetricsStore::setUpdateInterval(double seconds) {
 void MetricsStore::setProcessListVisible(bool visible) {
     if (visible == processListVisible_) return;
     processListVisible_ = visible;
-    if (visible && timer_.isActive()) sampleNow();
+    if (visible && timer_.isActive()) sampleSoon();
+}
+
+void MetricsStore::sampleSoon() {
+    if (inFlight_) resampleAfterDelivery_ = true;
+    else sampleNow();
 }
 
 void MetricsStore::applyPlan() {
@@ -82,7 +87,10 @@ void MetricsStore::start() {
     sampleNow();
 }
 
-void MetricsStore::stop() { timer_.stop(); }
+void MetricsStore::stop() {
+    timer_.stop();
+    resampleAfterDelivery_ = false;
+}
 
 void MetricsStore::sampleNow() {
     if (inFlight_) {
@@ -110,6 +118,10 @@ void MetricsStore::deliver(const MetricsSnapshot& snapshot, MetricKinds kinds) {
     history_.append(latest_, kinds);
     ++sampleCount_;
     emit updated();
+    if (resampleAfterDelivery_ && timer_.isActive()) {
+        resampleAfterDelivery_ = false;
+        sampleNow();
+    }
 }
 
 }  // namespace trotlet::metrics

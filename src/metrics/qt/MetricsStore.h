@@ -57,6 +57,8 @@ signals:
 
 private:
     void applyPlan();
+    // A plan change that asks for more: sample now, or right after the sample in flight.
+    void sampleSoon();
     void deliver(const MetricsSnapshot& snapshot, MetricKinds kinds);
 
     QThread thread_;
@@ -68,6 +70,7 @@ private:
     double updateIntervalSec_ = 2;
     bool processListVisible_ = false;
     bool inFlight_ = false;
+    bool resampleAfterDelivery_ = false;
     MetricsSnapshot latest_;
     MetricKinds latestKinds_;
     MetricHistory history_;
