@@ -9,7 +9,7 @@
 namespace trotlet::weather {
 namespace {
 
-constexpr UnixTime kFirst = 1795852800;  // 2026-11-28 00:00 UTC
+constexpr UnixTime kFirst = 1795852800;  // 2026-11-28 08:00 UTC
 
 WeatherLocation paris(std::string zone = "Europe/Paris") {
     return {2988507, "Paris", "Île-de-France", "France", "FR", 48.85341, 2.3488, std::move(zone)};
