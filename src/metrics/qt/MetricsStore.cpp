@@ -71,6 +71,13 @@ void MetricsStore::setProcessListVisible(bool visible) {
     if (visible && timer_.isActive()) sampleSoon();
 }
 
+void MetricsStore::setExtraKinds(MetricKinds kinds) {
+    if (kinds == extraKinds_) return;
+    const bool more = !extraKinds_.contains(kinds);
+    extraKinds_ = kinds;
+    if (more && timer_.isActive()) sampleSoon();
+}
+
 void MetricsStore::sampleSoon() {
     if (inFlight_) resampleAfterDelivery_ = true;
     else sampleNow();

@@ -34,8 +34,10 @@ public:
     void setTier(ConsumerTier tier);
     void setUpdateInterval(double seconds);  // monitoring.updateInterval
     void setProcessListVisible(bool visible);
+    // Kinds the menu bar's settings add to every tier (see planFor).
+    void setExtraKinds(MetricKinds kinds);
     ConsumerTier tier() const { return tier_; }
-    SamplingPlan plan() const { return planFor(tier_, updateIntervalSec_, processListVisible_); }
+    SamplingPlan plan() const { return planFor(tier_, updateIntervalSec_, processListVisible_, extraKinds_); }
 
     void start();  // samples at once, then on the plan's interval
     void stop();
@@ -69,6 +71,7 @@ private:
     ConsumerTier tier_ = ConsumerTier::menuBarOnly;
     double updateIntervalSec_ = 2;
     bool processListVisible_ = false;
+    MetricKinds extraKinds_;
     bool inFlight_ = false;
     bool resampleAfterDelivery_ = false;
     MetricsSnapshot latest_;

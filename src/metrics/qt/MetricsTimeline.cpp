@@ -132,9 +132,14 @@ void tiers(Report& r) {
 
     store.setTier(ConsumerTier::panelClosed);
     r.check(name, "closing the panel slows to 3 s", store.plan().intervalSec == 3.0);
-    r.check(name, "closed panel keeps volumes and gpu for alerts",
-            store.plan().kinds.contains(MetricKinds::volumes | MetricKinds::gpu) &&
-                !store.plan().kinds.contains(MetricKinds::processes));
+    r.check(name, "closed panel keeps volumes for the alerts",
+            store.plan().kinds.contains(MetricKinds::volumes) &&
+                !store.plan().kinds.contains(MetricKinds::processes | MetricKinds::gpu));
+    store.setTier(ConsumerTier::menuBarOnly);
+    store.setExtraKinds(MetricKinds::gpu);  // the mascot follows the GPU
+    r.check(name, "a menu bar that follows the GPU samples it at once",
+            waitUntil([&] { return store.latestKinds().contains(MetricKinds::gpu); }, 1000) &&
+                store.latest().gpu.has_value());
     store.stop();
     waitUntil([&] { return rec->active == 0; }, 1000);
     pumpFor(50);

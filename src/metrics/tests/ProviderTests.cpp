@@ -173,6 +173,10 @@ TEST(SamplingPlan, TiersOrderKindsAndIntervals) {
     EXPECT_EQ(planFor(ConsumerTier::panelOpen, 0.01, false).intervalSec, 0.5);
     EXPECT_EQ(planFor(ConsumerTier::menuBarOnly, 30, false).intervalSec, 30) << "never faster than the open panel";
     EXPECT_EQ(planFor(ConsumerTier::panelOpen, std::nan(""), false).intervalSec, 2);
+    EXPECT_FALSE(closed.kinds.contains(MetricKinds::gpu)) << "nothing closed needs the GPU by default";
+    const auto gpuBar = planFor(ConsumerTier::menuBarOnly, 2, false, MetricKinds::gpu);
+    EXPECT_TRUE(gpuBar.kinds.contains(bar.kinds | MetricKinds::gpu));
+    EXPECT_TRUE(planFor(ConsumerTier::panelClosed, 2, false, MetricKinds::gpu).kinds.contains(MetricKinds::gpu));
 }
 
 TEST(MetricHistory, RingKeepsNewestAndSkipsAbsentReadings) {
