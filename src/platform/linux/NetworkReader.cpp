@@ -266,12 +266,25 @@ std::optional<std::string> NetworkReader::localAddressFor(const std::string& int
 
 bool NetworkReader::read(metrics::NetworkMetrics& out, double now) {
     std::vector<Route> routes;
-    if (auto text = route_.read()) routes = parseRoutes(*text);
+    bool routesChanged = true;
+    if (auto text = route_.read()) {
+        routesChanged = *text != lastRoutes_;
+        if (routesChanged) lastRoutes_.assign(*text);
+        routes = parseRoutes(*text);
+    } else {
+        lastRoutes_.clear();
+    }
     std::optional<std::string> primary;
     if (auto d = defaultRoute(routes)) {
         primary = d->interface;
         out.router = routeAddressText(d->gateway);
-        out.localIP = localAddressFor(d->interface, routes);
+        // An address can change without the routes (a new DHCP lease in the same subnet), so
+        // look again every 30 reads as well.
+        if (routesChanged || ++readsSinceAddress_ >= 30) {
+            lastLocalIP_ = localAddressFor(d->interface, routes);
+            readsSinceAddress_ = 0;
+        }
+        out.localIP = lastLocalIP_;
     } else if (auto text = ipv6Route_.read()) {
         if (auto v6 = parseIpv6DefaultRoute(*text)) {
             primary = v6->interface;

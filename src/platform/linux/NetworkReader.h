@@ -76,6 +76,11 @@ private:
     KeptFile dev_, route_, ipv6Route_, fibTrie_, wireless_, ifInet6_;
     std::map<std::string, InterfaceInfo> info_;
     std::vector<InterfaceCounters> current_, previous_;
+    // The address only changes with the routes; fib_trie can be long, so it is read again only
+    // when /proc/net/route reads differently.
+    std::string lastRoutes_;
+    std::optional<std::string> lastLocalIP_;
+    int readsSinceAddress_ = 0;
     std::optional<double> previousTime_;
 };
 

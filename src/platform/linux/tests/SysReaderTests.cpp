@@ -427,25 +427,31 @@ TEST(VolumeReader, HungMountNeverBlocksAndKeepsOthersFresh) {
     auto start = steady_clock::now();
     reader.read(d);
     EXPECT_LT(steady_clock::now() - start, milliseconds(1000)) << "the first read waits at most the time-out";
-    std::this_thread::sleep_for(milliseconds(150));
-    start = steady_clock::now();
-    reader.read(d);  // notices the stuck worker and starts a fresh one without the NFS mount
-    EXPECT_LT(steady_clock::now() - start, milliseconds(50)) << "later reads never wait";
-    std::this_thread::sleep_for(milliseconds(100));
-    reader.read(d);
+    // Poll as a sampling timer would; no read may wait for the hung share.
+    auto pollUntil = [&](size_t count, milliseconds limit) {
+        const auto begin = steady_clock::now();
+        milliseconds slowest{0};
+        while (steady_clock::now() - begin < limit) {
+            const auto t = steady_clock::now();
+            reader.read(d);
+            slowest = std::max(slowest, duration_cast<milliseconds>(steady_clock::now() - t));
+            if (d.volumes.size() == count) break;
+            std::this_thread::sleep_for(milliseconds(20));
+        }
+        return slowest;
+    };
+    EXPECT_LT(pollUntil(3, milliseconds(5000)), milliseconds(250)) << "later reads never wait";
     std::vector<std::string> paths;
     for (const auto& v : d.volumes) paths.push_back(v.path);
-    EXPECT_EQ(paths, (std::vector<std::string>{"/", "/boot/efi", "/media/alice/My Stick"}));
+    EXPECT_EQ(paths, (std::vector<std::string>{"/", "/boot/efi", "/media/alice/My Stick"}))
+        << "the others stay fresh while the share hangs";
     {
         std::lock_guard lock(gate->m);
         gate->open = true;
     }
     gate->cv.notify_all();
-    std::this_thread::sleep_for(milliseconds(50));
-    reader.read(d);  // the share answered: back in the next round
-    std::this_thread::sleep_for(milliseconds(50));
-    reader.read(d);
-    EXPECT_EQ(d.volumes.size(), 4u);
+    pollUntil(4, milliseconds(5000));
+    EXPECT_EQ(d.volumes.size(), 4u) << "the share is back once it answers";
 }
 
 TEST(PciIds, NamesAndFdinfo) {
