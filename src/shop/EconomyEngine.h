@@ -76,6 +76,18 @@ struct CheckInOutcome {
 
     // The check-in card's line; times in the user's zone.
     std::string message(const Calendar& calendar) const;
+    // The second line for a rejected check-in; empty otherwise.
+    std::string detail() const;
+};
+
+// The panel's check-in card for today, from the streak preview.
+struct CheckInCard {
+    enum class Kind { ready, savingYesterday, newStreak, collected };
+    Kind kind = Kind::ready;
+    std::string title;
+    std::string detail;
+    int64_t reward = 0;       // what collecting pays (collected: what tomorrow pays)
+    bool saverReady = false;  // "Streak saver ready"
 };
 
 struct CatchResult {
@@ -164,6 +176,7 @@ public:
     // Streaks.
     StreakPreview preview(const std::string& day) const;
     CheckInOutcome checkInOutcome();
+    CheckInCard checkInCard() const;
     std::vector<StreakDot> streakWeek() const;
     // The daily reminder is due once a day from 18:00 local time while today's check-in is
     // still open and the clock is trusted.

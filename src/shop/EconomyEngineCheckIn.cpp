@@ -27,6 +27,42 @@ std::string CheckInOutcome::message(const Calendar& calendar) const {
     return {};
 }
 
+std::string CheckInOutcome::detail() const {
+    if (kind != Kind::clockBehind) return {};
+    return "Trotlet already saw a later time today, so the check-in waits until your clock catches up.";
+}
+
+CheckInCard EconomyEngine::checkInCard() const {
+    const std::string today = dayKey(trustedNow());
+    CheckInCard card;
+    const auto yesterday = DayKey::offset(today, -1).value_or(today);
+    card.saverReady = !streak_.lastSaverDay ||
+                      DayKey::distance(*streak_.lastSaverDay, yesterday).value_or(0) >= EconomyRules::streakSaverCooldownDays;
+    if (streak_.lastCheckInDay == today) {
+        card.kind = CheckInCard::Kind::collected;
+        card.title = streak_.current >= streak_.best ? std::string("Collected today, your best yet")
+                                                     : "Collected today, best is " + std::to_string(streak_.best);
+        card.reward = EconomyRules::checkInReward(streak_.current + 1);
+        return card;
+    }
+    const StreakPreview p = preview(today);
+    card.reward = EconomyRules::checkInReward(p.day);
+    if (p.savedDay) {
+        card.kind = CheckInCard::Kind::savingYesterday;
+        card.title = "Saving yesterday";
+        card.detail = "You missed yesterday. Collect today and your streak saver keeps the streak going.";
+    } else if (p.day == 1) {
+        card.kind = CheckInCard::Kind::newStreak;
+        card.title = streak_.totalCheckIns == 0 ? "Start a streak today" : "New streak starts today";
+        card.detail = "New streak starts today. Tomorrow: 🐟";
+    } else {
+        card.kind = CheckInCard::Kind::ready;
+        card.title = "Day " + std::to_string(p.day) + " of your streak";
+        if (card.saverReady) card.detail = "Streak saver ready";
+    }
+    return card;
+}
+
 StreakPreview EconomyEngine::preview(const std::string& day) const {
     return previewStreak(streak_, day, EconomyRules::streakSaverCooldownDays);
 }

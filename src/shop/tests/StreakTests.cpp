@@ -80,6 +80,25 @@ TEST_F(EngineFixture, TwoMissedDaysResetAndOnlyALongerStreakRaisesTheMoment) {
     EXPECT_EQ(broken, 1);
 }
 
+TEST_F(EngineFixture, CheckInCardFollowsThePreview) {
+    EXPECT_EQ(engine->checkInCard().title, "Start a streak today");
+    ASSERT_EQ(engine->checkInOutcome().kind, Kind::collected);
+    EXPECT_EQ(engine->checkInCard().title, "Collected today, your best yet");
+    clock.advance(86400);
+    EXPECT_EQ(engine->checkInCard().title, "Day 2 of your streak");
+    EXPECT_EQ(engine->checkInCard().detail, "Streak saver ready");
+    ASSERT_EQ(engine->checkInOutcome().day, 2);
+    clock.advance(2 * 86400);
+    const CheckInCard saving = engine->checkInCard();
+    EXPECT_EQ(saving.title, "Saving yesterday");
+    EXPECT_EQ(saving.reward, 25);
+    ASSERT_EQ(engine->checkInOutcome().day, 4);
+    clock.advance(3 * 86400);
+    EXPECT_EQ(engine->checkInCard().title, "New streak starts today");
+    ASSERT_EQ(engine->checkInOutcome().day, 1);
+    EXPECT_EQ(engine->checkInCard().title, "Collected today, best is 4");
+}
+
 TEST_F(EngineFixture, TwiceADayPaysOnce) {
     runTimeline(*this, {{0, Kind::collected, 1, 10, {}, {}}, {0.3, Kind::alreadyCollected, 0, 0, {}, {}}});
     EXPECT_EQ(engine->checkInOutcome().reward, 15) << "tomorrow's reward";
