@@ -20,8 +20,8 @@ public:
 
     virtual MetricsSnapshot sample(MetricKinds kinds, Timestamp now) = 0;
 
-    // How long the last `sample` waited for a baseline reading (rates need two readings), so a
-    // harness can tell the wait from the cost of sampling.
+    // How long the last `sample` spent on a baseline (a first reading and the wait after it,
+    // since rates need two readings), so a harness can tell that from the cost of one sample.
     virtual double lastWaitSec() const { return 0; }
 
     // Whether `processes.all` is filled (the Processes screen); the top lists are always filled.

@@ -29,9 +29,12 @@ double monotonicSeconds() {
     return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
 }
 
-// Kinds whose readings are differences between two samples.
+// Kinds read once ahead of the first sample that asks for them: those whose readings are
+// differences between two samples, and the volumes, whose first statvfs round then runs on its
+// worker during the baseline wait.
 constexpr MetricKinds kDeltaKinds = MetricKinds::cpu | MetricKinds::diskIO | MetricKinds::network |
-                                    MetricKinds::gpu | MetricKinds::processes | MetricKinds::system;
+                                    MetricKinds::gpu | MetricKinds::processes | MetricKinds::system |
+                                    MetricKinds::volumes;
 
 size_t descriptorBudget() {
     // Keeping every process's stat file open saves an open and a close per process per tick;
@@ -122,13 +125,13 @@ metrics::MetricsSnapshot LinuxMetricsProvider::sample(MetricKinds kinds, metrics
     lastWaitSec_ = 0;
     const MetricKinds unprimed(kinds.rawValue & kDeltaKinds.rawValue & ~primed_.rawValue);
     if (!unprimed.isEmpty()) {
+        const double start = monotonicSeconds();
         metrics::MetricsSnapshot scratch;
-        pass(unprimed, monotonicSeconds(), scratch);
+        pass(unprimed, start, scratch);
         primed_ |= unprimed;
-        if (options_.baselineSec > 0) {
+        if (options_.baselineSec > 0)
             std::this_thread::sleep_for(std::chrono::duration<double>(options_.baselineSec));
-            lastWaitSec_ = options_.baselineSec;
-        }
+        lastWaitSec_ = monotonicSeconds() - start;
     }
     s.timestamp = now;
     pass(kinds, monotonicSeconds(), s);
