@@ -14,7 +14,10 @@ namespace trotlet::platform::testing {
 void ensureApplication() {
     if (QCoreApplication::instance()) return;
     // These tests never need a display; without one Qt would abort looking for X.
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") && qEnvironmentVariableIsEmpty("DISPLAY") &&
+        qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
     static int argc = 1;
     static char name[] = "freedesktop_tests";
     static char* argv[] = {name, nullptr};

@@ -1,0 +1,87 @@
+#!/usr/bin/env bash
+# What the tray costs: runs a command (default the app) for N seconds under Xvfb with
+# xfce4-panel's notification area, samples /proc/<pid>/stat and /proc/<pid>/status of the app
+# and of the panel once a second, and prints average CPU (% of one core) and peak resident
+# memory as JSON. The panel's share matters too: every frame the app sends is work for it.
+#
+#   scripts/measure-cost.sh [-n SECONDS] [-w WARMUP] [COMMAND...]
+#
+# COMMAND defaults to build/release/trotlet. Needs Xvfb, dbus-daemon and xfce4-panel
+# (scripts/tray-host-check.sh installs the latter). Exits 1 when the app dies early.
+set -euo pipefail
+
+ROOT=$(cd "$(dirname "$0")/.." && pwd)
+SECONDS_TO_RUN=60
+WARMUP=5
+while getopts "n:w:" opt; do
+  case $opt in
+    n) SECONDS_TO_RUN=$OPTARG ;;
+    w) WARMUP=$OPTARG ;;
+    *) echo "usage: $0 [-n SECONDS] [-w WARMUP] [COMMAND...]" >&2; exit 2 ;;
+  esac
+done
+shift $((OPTIND - 1))
+if [ $# -eq 0 ]; then set -- "$ROOT/build/release/trotlet"; fi
+command -v xfce4-panel >/dev/null || { echo "measure-cost: xfce4-panel is missing (run scripts/tray-host-check.sh once)" >&2; exit 1; }
+
+WORK=$(mktemp -d /tmp/measure-cost.XXXXXX)
+pids=()
+cleanup() {
+  for ((i=${#pids[@]}-1; i>=0; i--)); do kill "${pids[i]}" 2>/dev/null || true; done
+  wait 2>/dev/null || true
+  rm -rf "$WORK"
+}
+trap cleanup EXIT
+
+export HOME=$WORK/home XDG_CONFIG_HOME=$WORK/home/.config XDG_DATA_HOME=$WORK/home/.local/share
+export XDG_CACHE_HOME=$WORK/home/.cache XDG_RUNTIME_DIR=$WORK/run
+mkdir -p "$XDG_CONFIG_HOME/xfce4/xfconf/xfce-perchannel-xml" "$XDG_RUNTIME_DIR"; chmod 700 "$XDG_RUNTIME_DIR"
+unset WAYLAND_DISPLAY
+export XDG_SESSION_TYPE=x11 XDG_CURRENT_DESKTOP=XFCE
+# The same one-tray panel as the host check.
+sed -n "/^cat > .*xfce4-panel.xml.*<<'XML'$/,/^XML$/p" "$ROOT/scripts/tray-host-check.sh" | sed '1d;$d' \
+  > "$XDG_CONFIG_HOME/xfce4/xfconf/xfce-perchannel-xml/xfce4-panel.xml"
+
+DISPLAY_NUM=${DISPLAY_NUM:-88}
+export DISPLAY=:$DISPLAY_NUM
+Xvfb "$DISPLAY" -screen 0 800x120x24 -nolisten tcp >/dev/null 2>&1 & pids+=($!)
+for _ in $(seq 50); do [ -e /tmp/.X11-unix/X$DISPLAY_NUM ] && break; sleep 0.1; done
+dbus-daemon --session --nofork --print-address=3 3>"$WORK/bus" >/dev/null 2>&1 & pids+=($!)
+for _ in $(seq 50); do [ -s "$WORK/bus" ] && break; sleep 0.1; done
+export DBUS_SESSION_BUS_ADDRESS=$(head -n1 "$WORK/bus")
+
+xfce4-panel --disable-wm-check >/dev/null 2>&1 & pids+=($!)
+PANEL_PID=${pids[-1]}
+sleep 2
+"$@" >"$WORK/app.out" 2>"$WORK/app.log" & pids+=($!)
+APP_PID=${pids[-1]}
+sleep "$WARMUP"
+
+HZ=$(getconf CLK_TCK)
+ticks() {  # utime + stime of a process, in clock ticks
+  awk '{ sub(/^.*\) /, ""); print $12 + $13 }' "/proc/$1/stat" 2>/dev/null || echo -1
+}
+rss_kb() { awk '/^VmRSS:/ { print $2 }' "/proc/$1/status" 2>/dev/null || echo 0; }
+hwm_kb() { awk '/^VmHWM:/ { print $2 }' "/proc/$1/status" 2>/dev/null || echo 0; }
+
+app0=$(ticks "$APP_PID"); panel0=$(ticks "$PANEL_PID")
+[ "$app0" != -1 ] || { echo "measure-cost: the app exited during warm-up" >&2; cat "$WORK/app.log" >&2; exit 1; }
+t0=$(date +%s.%N)
+app_rss_max=0; panel_rss_max=0; samples=0
+for _ in $(seq "$SECONDS_TO_RUN"); do
+  sleep 1
+  kill -0 "$APP_PID" 2>/dev/null || { echo "measure-cost: the app exited after $samples s" >&2; exit 1; }
+  r=$(rss_kb "$APP_PID"); [ "$r" -gt "$app_rss_max" ] && app_rss_max=$r
+  r=$(rss_kb "$PANEL_PID"); [ "$r" -gt "$panel_rss_max" ] && panel_rss_max=$r
+  samples=$((samples + 1))
+done
+app1=$(ticks "$APP_PID"); panel1=$(ticks "$PANEL_PID"); t1=$(date +%s.%N)
+app_hwm=$(hwm_kb "$APP_PID")
+
+awk -v a0="$app0" -v a1="$app1" -v p0="$panel0" -v p1="$panel1" -v t0="$t0" -v t1="$t1" -v hz="$HZ" \
+    -v arss="$app_rss_max" -v ahwm="$app_hwm" -v prss="$panel_rss_max" -v n="$samples" 'BEGIN {
+  wall = t1 - t0
+  printf "{\"seconds\":%.1f,\"samples\":%d,", wall, n
+  printf "\"app\":{\"cpuPercentOfOneCore\":%.2f,\"maxRssMB\":%.1f,\"peakRssMB\":%.1f},", 100 * (a1 - a0) / hz / wall, arss / 1024, ahwm / 1024
+  printf "\"panel\":{\"cpuPercentOfOneCore\":%.2f,\"maxRssMB\":%.1f}}\n", 100 * (p1 - p0) / hz / wall, prss / 1024
+}'
