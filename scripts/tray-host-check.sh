@@ -81,7 +81,7 @@ XML
 
 DISPLAY_NUM=${DISPLAY_NUM:-87}
 export DISPLAY=:$DISPLAY_NUM
-Xvfb "$DISPLAY" -screen 0 800x120x24 -nolisten tcp >"$OUT/xvfb.log" 2>&1 & pids+=($!)
+Xvfb "$DISPLAY" -screen 0 800x200x24 -nolisten tcp >"$OUT/xvfb.log" 2>&1 & pids+=($!)
 for _ in $(seq 50); do xdpyinfo >/dev/null 2>&1 && break; [ -e /tmp/.X11-unix/X$DISPLAY_NUM ] && break; sleep 0.1; done
 
 dbus-daemon --session --nofork --print-address=3 3>"$WORK/bus" >/dev/null 2>&1 & pids+=($!)
@@ -123,6 +123,11 @@ if [[ $geometry =~ ^([0-9]+)x([0-9]+)\+([0-9]+)\+([0-9]+)$ ]] && [ "${BASH_REMAT
   import -window root "$OUT/4-hover.png"
   xdotool click 1; sleep 1
   import -window root "$OUT/5-after-click.png"
+  xdotool key Escape; sleep 0.5
+  # The context menu: drawn by the host from the exported menu.
+  xdotool click 3; sleep 1.5
+  import -window root "$OUT/6-menu.png"
+  xdotool key Escape
   clicked=true
 fi
 sleep 1
