@@ -10,17 +10,33 @@
 
 namespace trotlet::platform {
 
-namespace {
-
-std::optional<double> number(const std::string& dir, const char* attribute) {
-    auto text = readTrimmed(dir + "/" + attribute);
-    if (!text) return std::nullopt;
-    return TextScan::parseDouble(*text);
+std::optional<std::string> SupplyFiles::read(const std::string& path) {
+    if (missing_.count(path)) return std::nullopt;
+    auto it = open_.find(path);
+    if (it == open_.end()) it = open_.emplace(path, KeptFile(path)).first;
+    auto text = it->second.read();
+    if (!text) {
+        open_.erase(it);
+        missing_.insert(path);
+        return std::nullopt;
+    }
+    return std::string(trimmed(*text));
 }
 
-}  // namespace
+void SupplyFiles::clear() {
+    open_.clear();
+    missing_.clear();
+}
 
-PowerSupplyReading readPowerSupply(const std::string& dir, const std::string& name) {
+PowerSupplyReading readPowerSupply(const std::string& dir, const std::string& name, SupplyFiles* files) {
+    auto readTrimmed = [files](const std::string& path) {
+        return files ? files->read(path) : platform::readTrimmed(path);
+    };
+    auto number = [&](const std::string& d, const char* attribute) -> std::optional<double> {
+        auto text = readTrimmed(d + "/" + attribute);
+        if (!text) return std::nullopt;
+        return TextScan::parseDouble(*text);
+    };
     PowerSupplyReading r;
     r.name = name;
     r.type = readTrimmed(dir + "/type").value_or("");
@@ -171,6 +187,7 @@ void BatteryReader::discover() {
     }
     std::sort(names_.begin(), names_.end());
     samplesSinceDiscovery_ = 0;
+    files_.clear();
 }
 
 void BatteryReader::read(metrics::BatteryMetrics& out) {
@@ -178,7 +195,7 @@ void BatteryReader::read(metrics::BatteryMetrics& out) {
     // then; in between only the known directories are read.
     if (++samplesSinceDiscovery_ > 30) discover();
     readings_.clear();
-    for (const auto& name : names_) readings_.push_back(readPowerSupply(directory_ + "/" + name, name));
+    for (const auto& name : names_) readings_.push_back(readPowerSupply(directory_ + "/" + name, name, &files_));
     combinePowerSupplies(readings_, out);
 }
 

@@ -2,9 +2,12 @@
 
 #include <optional>
 #include <string>
+#include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "metrics/MetricsSnapshot.h"
+#include "platform/linux/KeptFile.h"
 
 namespace trotlet::platform {
 
@@ -27,9 +30,22 @@ struct PowerSupplyReading {
     std::optional<std::string> modelName;
 };
 
+// The attribute files of the supplies, kept open between samples; a file found missing is not
+// looked for again until `clear` (the reader's next discovery).
+class SupplyFiles {
+public:
+    std::optional<std::string> read(const std::string& path);
+    void clear();
+
+private:
+    std::unordered_map<std::string, KeptFile> open_;
+    std::unordered_set<std::string> missing_;
+};
+
 // Reads one supply directory; charge (µAh) figures are turned into energy with the design
-// (else present) voltage.
-PowerSupplyReading readPowerSupply(const std::string& directory, const std::string& name);
+// (else present) voltage. Without `files` every attribute is opened and closed.
+PowerSupplyReading readPowerSupply(const std::string& directory, const std::string& name,
+                                   SupplyFiles* files = nullptr);
 
 // The battery group from the supplies' readings (pure, so captured readings test it). Several
 // batteries are combined by energy. No system battery: `present` is false and every battery
@@ -47,6 +63,7 @@ private:
     std::string directory_;
     std::vector<std::string> names_;
     std::vector<PowerSupplyReading> readings_;
+    SupplyFiles files_;
     int samplesSinceDiscovery_ = 0;
 };
 

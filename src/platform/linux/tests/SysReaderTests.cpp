@@ -42,6 +42,17 @@ TEST(BatteryReader, LaptopOnBattery) {
     EXPECT_FALSE(b.temperatureC);
     EXPECT_FALSE(b.adapterName) << "the adapter is unplugged";
     EXPECT_TRUE(b.lowPowerMode);
+
+    // The kept files see new values; plugging in the adapter shows up on the next read.
+    tree.write("sys/class/power_supply/BAT0/capacity", "75");
+    tree.write("sys/class/power_supply/BAT0/status", "Charging");
+    tree.write("sys/class/power_supply/AC/online", "1");
+    reader.read(b);
+    EXPECT_EQ(b.percent, 75);
+    EXPECT_TRUE(b.charging);
+    EXPECT_TRUE(b.pluggedIn);
+    EXPECT_EQ(b.adapterName, "AC");
+    EXPECT_FALSE(b.systemWatts);
 }
 
 TEST(BatteryReader, NoSystemBatteryMeansAbsent) {
