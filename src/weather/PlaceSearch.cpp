@@ -139,42 +139,55 @@ bool hasHanOrKana(const std::string& text) {
 
 }  // namespace
 
-std::vector<SearchHit> withReadings(const std::vector<SearchAnswer>& answers, QueryScript script) {
+std::vector<SearchHit> withReadings(const std::vector<SearchAnswer>& answers, const std::string& query,
+                                    QueryScript script) {
     std::vector<SearchHit> gathered;
     for (const auto& a : answers)
         if (auto* hits = std::get_if<std::vector<SearchHit>>(&a.result))
             gathered.insert(gathered.end(), hits->begin(), hits->end());
     if (!isHanOrKana(script)) return gathered;
 
-    // The native-script name of each place id, as the preferred language gave it.
+    const auto typed = unicode::decode(query);
+    auto closeness = [&](const std::string& name, const std::string& language) {
+        if (script == QueryScript::kana && language == "ja") return 4;
+        if (name == query) return 3;
+        if (name.find(query) != std::string::npos) return 2;
+        for (char32_t c : unicode::decode(name))
+            if (std::find(typed.begin(), typed.end(), c) != typed.end()) return 1;
+        return 0;
+    };
+    // The native-script name of a place id, the closest to what was typed.
     auto readingFor = [&](std::int64_t id) -> std::optional<std::string> {
-        std::optional<std::string> first;
+        std::optional<std::string> best;
+        int bestScore = -1;
         for (const auto& a : answers) {
             auto* hits = std::get_if<std::vector<SearchHit>>(&a.result);
             if (!hits) continue;
             for (const auto& h : *hits) {
                 if (h.place.id != id || !hasHanOrKana(h.place.name)) continue;
-                if (script == QueryScript::kana && a.language == "ja") return h.place.name;
-                if (!first) first = h.place.name;
+                int score = closeness(h.place.name, a.language);
+                if (score > bestScore) {
+                    best = h.place.name;
+                    bestScore = score;
+                }
             }
         }
-        return first;
+        return best;
     };
     for (auto& h : gathered) {
         if (h.place.id == 0) continue;
-        if (script == QueryScript::kana || !hasHanOrKana(h.place.name)) {
-            if (auto reading = readingFor(h.place.id)) h.place.name = *reading;
-        }
+        if (auto reading = readingFor(h.place.id)) h.place.name = *reading;
     }
     return gathered;
 }
 
 WeatherResult<std::vector<WeatherLocation>> combineAnswers(const std::vector<SearchAnswer>& answers,
-                                                           QueryScript script, bool byPopulation) {
+                                                           const std::string& query, QueryScript script,
+                                                           bool byPopulation) {
     if (answers.empty()) return std::vector<WeatherLocation>{};
     if (auto* error = std::get_if<WeatherError>(&answers.front().result)) return *error;
     std::vector<WeatherLocation> out;
-    for (const auto& h : deduplicated(ranked(withReadings(answers, script), byPopulation)))
+    for (const auto& h : deduplicated(ranked(withReadings(answers, query, script), byPopulation)))
         out.push_back(h.place);
     return out;
 }

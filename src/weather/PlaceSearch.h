@@ -74,12 +74,16 @@ std::vector<SearchHit> deduplicated(const std::vector<SearchHit>& hits);
 
 // For a Han/Kana query, a place that came back with a Latin name in one language and a
 // Han/Kana name in another is shown with the latter, so the list speaks the script the user
-// typed. A Kana query prefers the Japanese answer's name, a Han query the first native one.
-std::vector<SearchHit> withReadings(const std::vector<SearchAnswer>& answers, QueryScript script);
+// typed. A Kana query prefers the Japanese answer's name; otherwise the native name closest
+// to the query wins (the same characters, then a name containing them; "東京" over "东京"
+// for a query typed as 東京), and among equals the earliest answer.
+std::vector<SearchHit> withReadings(const std::vector<SearchAnswer>& answers, const std::string& query,
+                                    QueryScript script);
 
 // Joins the answers: the first request's failure is the search's failure; the others'
 // failures are ignored so one language's error cannot hide another's matches.
 WeatherResult<std::vector<WeatherLocation>> combineAnswers(const std::vector<SearchAnswer>& answers,
-                                                           QueryScript script, bool byPopulation);
+                                                           const std::string& query, QueryScript script,
+                                                           bool byPopulation);
 
 }  // namespace trotlet::weather

@@ -22,8 +22,13 @@ UnixTime WeatherSchedule::dueDate(UnixTime now, std::optional<UnixTime> reportFe
         }
         return backoffDue;
     }
-    if (reportFetchedAt)
-        return *reportFetchedAt + (panelNeedsWeather ? kPanelInterval : kMenuBarInterval);
+    if (reportFetchedAt) {
+        UnixTime due = *reportFetchedAt + (panelNeedsWeather ? kPanelInterval : kMenuBarInterval);
+        // A report stamped by a clock behind ours (the clock was set forward) would be due
+        // again at once, forever; a minute after the last attempt is the soonest retry.
+        if (lastAttempt) due = std::max(due, *lastAttempt + kRetryOnOpenGap);
+        return due;
+    }
     return now;
 }
 

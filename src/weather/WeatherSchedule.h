@@ -40,7 +40,8 @@ struct WeatherSchedule {
     // When the next fetch is due. `reportFetchedAt` is the fetch time of the report for the
     // chosen place, if there is one. While failing the backoff decides (an open panel may pull
     // one retry forward, but never closer than a minute to the last attempt); otherwise the
-    // report's age decides; with neither, now.
+    // report's age decides (never sooner than a minute after the last attempt); with
+    // neither, now.
     UnixTime dueDate(UnixTime now, std::optional<UnixTime> reportFetchedAt, bool panelNeedsWeather) const;
 
     void attempted(UnixTime now) {

@@ -188,6 +188,7 @@ std::shared_ptr<FetchHandle> OpenMeteoClient::search(const std::string& rawQuery
     struct Gather {
         std::vector<SearchAnswer> answers;
         size_t pending = 0;
+        std::string query;
         QueryScript script = QueryScript::latin;
         bool byPopulation = true;
         SearchDone done;
@@ -195,6 +196,7 @@ std::shared_ptr<FetchHandle> OpenMeteoClient::search(const std::string& rawQuery
     auto gather = std::make_shared<Gather>();
     gather->answers.resize(plan.size());
     gather->pending = plan.size();
+    gather->query = query;
     gather->script = classifyScript(query);
     gather->byPopulation = options_.rankByPopulation;
     gather->done = std::move(done);
@@ -215,7 +217,7 @@ std::shared_ptr<FetchHandle> OpenMeteoClient::search(const std::string& rawQuery
             }
             if (--gather->pending > 0) return;
             auto done = std::move(gather->done);
-            if (done) done(combineAnswers(gather->answers, gather->script, gather->byPopulation));
+            if (done) done(combineAnswers(gather->answers, gather->query, gather->script, gather->byPopulation));
         }));
     }
     return group;

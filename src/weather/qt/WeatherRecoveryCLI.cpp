@@ -52,11 +52,15 @@ int WeatherRecoveryCLI::run() {
     harness::EventLoopScope scope;
     OpenMeteoClientOptions brokenOptions = OpenMeteoClientOptions::fromEnvironment();
     brokenOptions.forecastBase = "http://127.0.0.1:" + std::to_string(closedPort()) + "/v1/forecast";
+    UnixTime now = QDateTime::currentSecsSinceEpoch();
+    // Both clients stamp their reports with the harness clock, as the app's share one clock.
+    brokenOptions.clock = [&now] { return now; };
+    OpenMeteoClientOptions workingOptions = OpenMeteoClientOptions::fromEnvironment();
+    workingOptions.clock = [&now] { return now; };
     OpenMeteoClient broken(brokenOptions);
-    OpenMeteoClient working;
+    OpenMeteoClient working(workingOptions);
     SwitchingFetcher fetcher(broken, working);
 
-    UnixTime now = QDateTime::currentSecsSinceEpoch();
     auto watch = std::make_unique<SilentPathWatch>();
     SilentPathWatch* watchPtr = watch.get();
     WeatherStore store(fetcher, WeatherCache(), std::move(watch), [&now] { return now; });

@@ -151,16 +151,16 @@ TEST(PlaceSearch, OnlyTheFirstRequestsFailureCounts) {
         {"de", std::vector<SearchHit>{hit(2, "Paris", 2000000, "Île-de-France", "Frankreich"),
                                       hit(1, "Paris", 20000)}},
     };
-    auto ok = combineAnswers(answers, QueryScript::latin, true);
+    auto ok = combineAnswers(answers, "Paris", QueryScript::latin, true);
     ASSERT_FALSE(errorOf(ok));
     EXPECT_EQ(std::get<0>(ok).size(), 2u);
     EXPECT_EQ(std::get<0>(ok)[0].id, 2);  // 2 million before 20 000
 
     std::swap(answers[0], answers[1]);
-    auto failed = combineAnswers(answers, QueryScript::latin, true);
+    auto failed = combineAnswers(answers, "Paris", QueryScript::latin, true);
     ASSERT_TRUE(errorOf(failed));
     EXPECT_EQ(*errorOf(failed), WeatherError::offline());
-    EXPECT_TRUE(names(std::get<0>(combineAnswers({}, QueryScript::latin, true))).empty());
+    EXPECT_TRUE(names(std::get<0>(combineAnswers({}, "Paris", QueryScript::latin, true))).empty());
 }
 
 TEST(PlaceSearch, HanAndKanaQueriesShowNativeNames) {
@@ -169,12 +169,15 @@ TEST(PlaceSearch, HanAndKanaQueriesShowNativeNames) {
         {"zh", std::vector<SearchHit>{hit(1850147, "东京", 8336599)}},
         {"ja", std::vector<SearchHit>{hit(1850147, "東京", 8336599), hit(5, "Tōkyō-mura", 10)}},
     };
-    auto han = combineAnswers(answers, QueryScript::han, true);
-    EXPECT_EQ(names(std::get<0>(han)), (std::vector<std::string>{"东京", "Tōkyō-mura"}));
-    auto kana = combineAnswers(answers, QueryScript::kana, true);
+    // The name written the way the user typed it wins, whichever answer brought it.
+    auto traditional = combineAnswers(answers, "東京", QueryScript::han, true);
+    EXPECT_EQ(names(std::get<0>(traditional)), (std::vector<std::string>{"東京", "Tōkyō-mura"}));
+    auto simplified = combineAnswers(answers, "东京", QueryScript::han, true);
+    EXPECT_EQ(names(std::get<0>(simplified)), (std::vector<std::string>{"东京", "Tōkyō-mura"}));
+    auto kana = combineAnswers(answers, "とうきょう", QueryScript::kana, true);
     EXPECT_EQ(names(std::get<0>(kana)), (std::vector<std::string>{"東京", "Tōkyō-mura"}));
     // Latin queries keep the names as asked.
-    auto latin = combineAnswers(answers, QueryScript::latin, true);
+    auto latin = combineAnswers(answers, "Tokyo", QueryScript::latin, true);
     EXPECT_EQ(names(std::get<0>(latin)), (std::vector<std::string>{"Tokyo", "Tōkyō-mura"}));
 }
 

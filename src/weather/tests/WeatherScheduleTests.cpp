@@ -37,6 +37,10 @@ TEST(WeatherSchedule, RegularRefreshAfterTwentyOrThirtyMinutes) {
     EXPECT_EQ(s.dueDate(T0, std::nullopt, false), T0);
     EXPECT_EQ(s.dueDate(T0, T0 - 100, false), T0 - 100 + 1800);
     EXPECT_EQ(s.dueDate(T0, T0 - 100, true), T0 - 100 + 1200);
+    // A report stamped an hour behind our clock does not make every minute a refresh.
+    s.attempted(T0);
+    s.succeeded();
+    EXPECT_EQ(s.dueDate(T0, T0 - 3600, false), T0 + 60);
 }
 
 TEST(WeatherSchedule, OfflineSequenceWithThePanelClosed) {
