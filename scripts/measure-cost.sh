@@ -61,10 +61,16 @@ HZ=$(getconf CLK_TCK)
 ticks() {  # utime + stime of a process, in clock ticks
   awk '{ sub(/^.*\) /, ""); print $12 + $13 }' "/proc/$1/stat" 2>/dev/null || echo -1
 }
+# The panel runs its plugins, the notification area among them, in wrapper processes: count
+# the panel with its children.
+family() { echo "$1" $(pgrep -P "$1" || true); }
+sum_ticks() { local t=0 p; for p in "$@"; do t=$((t + $(ticks "$p" | awk '{ print ($1 < 0 ? 0 : $1) }'))); done; echo "$t"; }
+sum_rss() { local r=0 p; for p in "$@"; do r=$((r + $(rss_kb "$p"))); done; echo "$r"; }
 rss_kb() { awk '/^VmRSS:/ { print $2 }' "/proc/$1/status" 2>/dev/null || echo 0; }
 hwm_kb() { awk '/^VmHWM:/ { print $2 }' "/proc/$1/status" 2>/dev/null || echo 0; }
 
-app0=$(ticks "$APP_PID"); panel0=$(ticks "$PANEL_PID")
+panel_pids=$(family "$PANEL_PID")
+app0=$(ticks "$APP_PID"); panel0=$(sum_ticks $panel_pids)
 [ "$app0" != -1 ] || { echo "measure-cost: the app exited during warm-up" >&2; cat "$WORK/app.log" >&2; exit 1; }
 t0=$(date +%s.%N)
 app_rss_max=0; panel_rss_max=0; samples=0
@@ -72,16 +78,17 @@ for _ in $(seq "$SECONDS_TO_RUN"); do
   sleep 1
   kill -0 "$APP_PID" 2>/dev/null || { echo "measure-cost: the app exited after $samples s" >&2; exit 1; }
   r=$(rss_kb "$APP_PID"); [ "$r" -gt "$app_rss_max" ] && app_rss_max=$r
-  r=$(rss_kb "$PANEL_PID"); [ "$r" -gt "$panel_rss_max" ] && panel_rss_max=$r
+  r=$(sum_rss $panel_pids); [ "$r" -gt "$panel_rss_max" ] && panel_rss_max=$r
   samples=$((samples + 1))
 done
-app1=$(ticks "$APP_PID"); panel1=$(ticks "$PANEL_PID"); t1=$(date +%s.%N)
+app1=$(ticks "$APP_PID"); panel1=$(sum_ticks $panel_pids); t1=$(date +%s.%N)
 app_hwm=$(hwm_kb "$APP_PID")
 
 awk -v a0="$app0" -v a1="$app1" -v p0="$panel0" -v p1="$panel1" -v t0="$t0" -v t1="$t1" -v hz="$HZ" \
-    -v arss="$app_rss_max" -v ahwm="$app_hwm" -v prss="$panel_rss_max" -v n="$samples" 'BEGIN {
+    -v arss="$app_rss_max" -v ahwm="$app_hwm" -v prss="$panel_rss_max" -v n="$samples" \
+    -v np="$(echo $panel_pids | wc -w)" 'BEGIN {
   wall = t1 - t0
   printf "{\"seconds\":%.1f,\"samples\":%d,", wall, n
   printf "\"app\":{\"cpuPercentOfOneCore\":%.2f,\"maxRssMB\":%.1f,\"peakRssMB\":%.1f},", 100 * (a1 - a0) / hz / wall, arss / 1024, ahwm / 1024
-  printf "\"panel\":{\"cpuPercentOfOneCore\":%.2f,\"maxRssMB\":%.1f}}\n", 100 * (p1 - p0) / hz / wall, prss / 1024
+  printf "\"panel\":{\"processes\":%d,\"cpuPercentOfOneCore\":%.2f,\"maxRssMB\":%.1f}}\n", np, 100 * (p1 - p0) / hz / wall, prss / 1024
 }'
