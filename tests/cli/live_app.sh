@@ -98,6 +98,22 @@ if start_app "$work/run1"; then
     wait_for "$work/run1" "trotlet: panel opened (SIGUSR1)" || fail "SIGUSR1 did not open the panel"
     kill -USR1 "$app"
     wait_for "$work/run1" "trotlet: panel closed (SIGUSR1)" || fail "SIGUSR1 did not close the panel"
+
+    # A second copy asks this one to open its panel and leaves.
+    timeout 20 "$trotlet" >"$work/second.out" 2>"$work/second"
+    status=$?
+    [[ $status == 0 ]] || fail "second copy exited $status: $(cat "$work/second")"
+    grep -qx "trotlet: Trotlet is already running; asked it to open its panel" "$work/second" ||
+        fail "second copy said: $(cat "$work/second")"
+    wait_for "$work/run1" "trotlet: panel opened (second launch)" || fail "the second copy's request was lost"
+
+    # Unless copies are allowed side by side.
+    first=$app
+    if start_app "$work/side" TROTLET_ALLOW_MULTIPLE=1; then
+        kill -0 "$first" || fail "the first copy died"
+        stop_app TERM "$work/side"
+    fi
+    app=$first
     stop_app TERM "$work/run1"
 fi
 

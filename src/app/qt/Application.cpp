@@ -1,6 +1,7 @@
 #include "app/qt/Application.h"
 
 #include <cstdio>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -12,6 +13,7 @@
 #include "app/qt/DisplayCheck.h"
 #include "app/qt/HeadlessModes.h"
 #include "app/qt/LiveApp.h"
+#include "app/qt/SingleInstance.h"
 
 namespace trotlet::app {
 
@@ -26,6 +28,11 @@ int runHeadless(const LaunchOptions& options, int& argc, char** argv) {
 }
 
 int runLive(const LaunchOptions& options, int& argc, char** argv) {
+    const bool single = !SingleInstance::multipleAllowed();
+    if (single && SingleInstance::askRunningCopyToOpenPanel()) {
+        std::fprintf(stderr, "trotlet: Trotlet is already running; asked it to open its panel\n");
+        return 0;
+    }
     if (auto problem = displayProblem()) {
         std::fprintf(stderr, "trotlet: %s\n", problem->c_str());
         return 1;
@@ -41,6 +48,10 @@ int runLive(const LaunchOptions& options, int& argc, char** argv) {
         return 1;
     }
     LiveApp live(options, args);
+    std::unique_ptr<SingleInstance> instance;
+    if (single)
+        instance = std::make_unique<SingleInstance>(
+            [&live] { live.openPanel(QStringLiteral("second launch")); });
     return app.exec();
 }
 

@@ -5,6 +5,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "alerts/qt/NotificationSimulation.h"
 #include "app/Platform.h"
 #include "metrics/qt/MetricsDump.h"
 
@@ -29,7 +30,7 @@ std::string notApplicableReason() {
 
 }  // namespace
 
-int runNotificationSimulation(const LaunchOptions&) { return unavailable("--simulate-notifications"); }
+int runNotificationSimulation(const LaunchOptions&) { return alerts::NotificationSimulation::run(); }
 
 int runMoveToApplications(const LaunchOptions& options) {
     if (options.mode == LaunchOptions::Mode::moveCopy) {
