@@ -2,7 +2,7 @@
 
 #include "app/RawEnum.h"
 #include "menubar/Format.h"
-#include "shop/PlatformNoun.h"
+#include "app/Platform.h"
 
 namespace trotlet::alerts::texts {
 
@@ -56,7 +56,8 @@ std::string batteryFullBody() { return "Battery is at 100%. You can unplug whene
 std::string memoryCriticalTitle() { return "Memory pressure is critical"; }
 
 std::string memoryCriticalBody() {
-    return shop::withPlatformNoun("Your ", " is swapping hard. Quitting an app or two will help.");
+    return "Your " + std::string(app::machineNoun) +
+           " is swapping hard. Quitting an app or two will help.";
 }
 
 std::string diskAlmostFullTitle(const std::string& volumeName) {

@@ -1,5 +1,6 @@
 #include "alerts/qt/NotificationController.h"
 
+#include <QCoreApplication>
 #include <QtGlobal>
 
 #include <cstdio>
@@ -16,6 +17,7 @@ NotificationController::Options NotificationController::Options::from(
     const bool fakeData = launch.mock || launch.fixture.has_value();
     o.metricAlerts = !fakeData || qEnvironmentVariable("TROTLET_NOTIFY_FAKE_DATA") == QLatin1String("1");
     o.debugLog = qEnvironmentVariable("TROTLET_DEBUG_LOG") == QLatin1String("1");
+    o.ownProcessId = std::int32_t(QCoreApplication::applicationPid());
     return o;
 }
 

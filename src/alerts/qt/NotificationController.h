@@ -3,6 +3,7 @@
 #include <QObject>
 #include <QString>
 
+#include <chrono>
 #include <optional>
 #include <string>
 #include <vector>
@@ -56,9 +57,10 @@ public:
 
 public slots:
     void onSample(const metrics::MetricsSnapshot& snapshot, metrics::Timestamp now);
-    // For a store's `updated` signal: the sample's own time is the time it was taken.
+    // For a store's `updated` signal, at the wall clock's time: a fixture or a recorded sample
+    // may carry a time of its own that does not move.
     void onLatestSample(const metrics::MetricsSnapshot& snapshot) {
-        onSample(snapshot, snapshot.timestamp);
+        onSample(snapshot, std::chrono::system_clock::now());
     }
     void onEvent(const AppEvent& event, metrics::Timestamp now);
     void setPanelOpen(bool open) { panelOpen_ = open; }

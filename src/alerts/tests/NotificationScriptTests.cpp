@@ -1,6 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <set>
+#include <string>
+
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include "alerts/NotificationScript.h"
 #include "alerts/qt/NotificationSimulation.h"
@@ -96,6 +101,33 @@ TEST(NotificationSimulation, PrintsTheTimelineAsJsonAndSucceeds) {
     ASSERT_FALSE(json.is_discarded()) << out.substr(0, 200);
     EXPECT_EQ(json["summary"]["scenarios"], NotificationScript::scenarios().size());
     EXPECT_TRUE(json["summary"]["failure"].is_null());
+}
+
+}  // namespace
+}  // namespace trotlet::alerts
+
+namespace trotlet::alerts {
+namespace {
+
+// As a user runs it: the built program, its stdout and its exit status.
+TEST(NotificationSimulation, TheProgramRunsTheSimulationFromTheCommandLine) {
+    if (::access(TROTLET_BINARY, X_OK) != 0) GTEST_SKIP() << "trotlet is not built";
+    FILE* pipe = ::popen(TROTLET_BINARY " --simulate-notifications 2>/dev/null", "r");
+    ASSERT_NE(pipe, nullptr);
+    std::string out;
+    char buffer[4096];
+    for (std::size_t n; (n = std::fread(buffer, 1, sizeof buffer, pipe)) > 0;) out.append(buffer, n);
+    const int status = ::pclose(pipe);
+    ASSERT_TRUE(WIFEXITED(status));
+    EXPECT_EQ(WEXITSTATUS(status), 0);
+    const auto json = nlohmann::ordered_json::parse(out, nullptr, false);
+    ASSERT_FALSE(json.is_discarded()) << out.substr(0, 300);
+    EXPECT_EQ(json["preferences"]["highCPUHoldSeconds"], 120.0);
+    EXPECT_EQ(json["summary"]["checks"],
+              NotificationScript::replay(NotificationScript::scenarios(),
+                                         NotificationScript::preferences(),
+                                         NotificationScript::startTime())
+                  .checks);
 }
 
 }  // namespace
