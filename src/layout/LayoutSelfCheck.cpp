@@ -20,8 +20,14 @@ using Json = nlohmann::ordered_json;
 
 Json spanJson(GridSpan span) { return Json::array({span.cols, span.rows}); }
 
-Json rectJson(const std::string& id, const GridRect& rect) {
-    return Json{{"id", id}, {"col", rect.col}, {"row", rect.row}, {"cols", rect.span.cols}, {"rows", rect.span.rows}};
+Json rectJson(const GridRect& rect) {
+    return Json{{"col", rect.col}, {"row", rect.row}, {"cols", rect.span.cols}, {"rows", rect.span.rows}};
+}
+
+Json cardJson(const std::string& id, const GridRect& rect) {
+    Json card{{"id", id}};
+    card.update(rectJson(rect));
+    return card;
 }
 
 std::string at(const GridRect& rect) {
@@ -122,10 +128,10 @@ private:
             const auto result = BentoPacker::pack(scenario.items, GridMetrics::columns);
             Json entry{{"name", scenario.name}};
             Json cards = Json::array();
-            for (const auto& id : result.reading) cards.push_back(rectJson(id, result.rects.at(id)));
+            for (const auto& id : result.reading) cards.push_back(cardJson(id, result.rects.at(id)));
             entry["cards"] = cards;
             Json holes = Json::array();
-            for (const auto& hole : result.holes) holes.push_back(rectJson("", hole));
+            for (const auto& hole : result.holes) holes.push_back(rectJson(hole));
             entry["holes"] = holes;
             std::string wrong;
             if (result.reading.size() != scenario.expected.size()) wrong = "placed " + std::to_string(result.reading.size()) + " cards";

@@ -1,20 +1,58 @@
 #include "layout/qt/LayoutDebugCLI.h"
 
 #include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
 
+#include "app/qt/SettingsFile.h"
 #include "layout/LayoutSelfCheck.h"
 
 namespace trotlet::layout {
 
-// The layout harness needs nothing from Qt: every check runs on the pure layout code and an
-// in-memory settings session, so it never touches the user's settings.
+namespace {
+
+// A private directory for the persistence round trip, removed again on the way out, so the
+// harness never touches the user's own settings.
+class ScratchDirectory {
+public:
+    ScratchDirectory() {
+        std::error_code error;
+        auto base = std::filesystem::temp_directory_path(error);
+        if (error) base = "/tmp";
+        std::string pattern = (base / "trotlet-layout-XXXXXX").string();
+        if (::mkdtemp(pattern.data())) path_ = pattern;
+    }
+    ~ScratchDirectory() {
+        std::error_code ignored;
+        if (!path_.empty()) std::filesystem::remove_all(path_, ignored);
+    }
+    ScratchDirectory(const ScratchDirectory&) = delete;
+    ScratchDirectory& operator=(const ScratchDirectory&) = delete;
+
+    const std::string& path() const { return path_; }
+
+private:
+    std::string path_;
+};
+
+}  // namespace
+
 std::optional<int> LayoutDebugCLI::run(const std::vector<std::string>& args) {
     bool ours = false;
     for (size_t i = 1; i < args.size(); ++i)
         if (args[i] == "--dump-layout") ours = true;
     if (!ours) return std::nullopt;
 
-    const auto report = LayoutSelfCheck::run({});
+    ScratchDirectory scratch;
+    LayoutSelfCheck::Options options;
+    if (!scratch.path().empty()) {
+        // Each call opens the file afresh, as the next app session would.
+        const std::string file = scratch.path() + "/settings.json";
+        options.openSettings = [file] { return app::SettingsFile::open(file, 0); };
+        options.settingsDescription = "settings file in a scratch directory";
+    }
+    const auto report = LayoutSelfCheck::run(options);
     const std::string text = report.json.dump(2) + "\n";
     std::fwrite(text.data(), 1, text.size(), stdout);
     std::fflush(stdout);
