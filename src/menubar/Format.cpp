@@ -12,11 +12,13 @@ namespace {
 // std::to_chars ignores the C locale entirely, unlike printf, which follows LC_NUMERIC.
 std::string toFixed(double x, int decimals) {
     if (std::isnan(x)) return "nan";
-    std::array<char, 400> buffer{};
-    auto [end, ec] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), x,
-                                   std::chars_format::fixed, decimals < 0 ? 0 : decimals);
+    if (decimals < 0) decimals = 0;
+    // Room for the largest double's 309 integer digits, the sign, the point and the decimals.
+    std::string out(static_cast<size_t>(decimals) + 320, '\0');
+    auto [end, ec] = std::to_chars(out.data(), out.data() + out.size(), x,
+                                   std::chars_format::fixed, decimals);
     if (ec != std::errc()) return std::isinf(x) ? (x < 0 ? "-inf" : "inf") : "?";
-    std::string out(buffer.data(), end);
+    out.resize(static_cast<size_t>(end - out.data()));
     // "-0" and "-0.0" are artefacts of rounding a tiny negative number, never a reading.
     if (!out.empty() && out[0] == '-' && out.find_first_not_of("-0.") == std::string::npos)
         out.erase(0, 1);

@@ -1,4 +1,5 @@
 #include <clocale>
+#include <limits>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -19,7 +20,7 @@ TEST(Format, FixedUsesThePatternForEachDecimalCount) {
     } cases[] = {
         {0, 2.5, "2"},       {0, 3.5, "4"},       {1, 0.05, "0.1"},  {2, 1.005, "1.00"},
         {3, 3.14159, "3.142"}, {5, 1.0 / 3, "0.33333"}, {-2, 7.6, "8"}, {1, -0.04, "0.0"},
-        {1, -1.25, "-1.2"},  {0, 1e20, "100000000000000000000"},
+        {1, -1.25, "-1.2"},  {0, 1e20, "100000000000000000000"}, {7, 0.5, "0.5000000"},
     };
     for (const auto& c : cases) EXPECT_EQ(Format::fixed(c.decimals, c.x), c.expected) << c.x;
 }
@@ -142,6 +143,16 @@ TEST(Format, IgnoresTheProcessLocale) {
     EXPECT_EQ(Format::percent(0.456), "46%");
     EXPECT_EQ(Format::duration(7500), "2h 5m");
     std::setlocale(LC_ALL, previous.c_str());
+}
+
+}  // namespace
+
+namespace {
+
+TEST(Format, FixedHandlesExtremes) {
+    EXPECT_EQ(Format::fixed(0, 1.7976931348623157e308).size(), 309u);
+    EXPECT_EQ(Format::fixed(400, 1.0).size(), 402u);
+    EXPECT_EQ(Format::fixed(1, std::numeric_limits<double>::infinity()), "inf");
 }
 
 }  // namespace
