@@ -2,19 +2,15 @@
 
 #include <gtest/gtest.h>
 
+#include "mascot/tests/GuiTestApp.h"
+
 #include "mascot/qt/MascotAnimator.h"
 #include "mascot/tests/MascotTestSupport.h"
 
 namespace trotlet::mascot {
 namespace {
 
-QGuiApplication& guiApp() {
-    static int argc = 1;
-    static char name[] = "mascot_tests";
-    static char* argv[] = {name, nullptr};
-    static QGuiApplication app(argc, argv);
-    return app;
-}
+using testing::guiApp;
 
 struct Rig {
     double t = 0;

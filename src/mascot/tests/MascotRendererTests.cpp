@@ -7,18 +7,14 @@
 
 #include <gtest/gtest.h>
 
+#include "mascot/tests/GuiTestApp.h"
+
 #include "mascot/qt/MascotRenderer.h"
 
 namespace trotlet::mascot {
 namespace {
 
-QGuiApplication& guiApp() {
-    static int argc = 1;
-    static char name[] = "mascot_tests";
-    static char* argv[] = {name, nullptr};
-    static QGuiApplication app(argc, argv);
-    return app;
-}
+using testing::guiApp;
 
 struct Ink {
     int pixels = 0;
@@ -66,7 +62,9 @@ TEST(MascotRenderer, EveryCatFrameRendersAtBothScales) {
                     EXPECT_LT(ink.pixels, area * 3 / 4) << where;
                 }
                 // A loop that moves: its frames are not all the same picture.
-                if (frames.size() > 1) EXPECT_NE(frames.front(), frames[frames.size() / 2]);
+                if (frames.size() > 1) {
+                    EXPECT_NE(frames.front(), frames[frames.size() / 2]);
+                }
             }
         }
     }

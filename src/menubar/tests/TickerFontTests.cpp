@@ -12,8 +12,9 @@ QGuiApplication& guiApp() {
     static int argc = 1;
     static char name[] = "menubar_tests";
     static char* argv[] = {name, nullptr};
-    static QGuiApplication app(argc, argv);
-    return app;
+    // Never destroyed: Qt's application object must outlive every static at exit.
+    static QGuiApplication* app = new QGuiApplication(argc, argv);
+    return *app;
 }
 
 TEST(TickerFont, ElevenPointMediumWithEvenDigits) {

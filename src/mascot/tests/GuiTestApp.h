@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QGuiApplication>
+
+namespace trotlet::mascot::testing {
+
+// One application object for every suite in the executable: Qt allows only one. It is never
+// destroyed, so no test's statics can outlive it at exit.
+inline QGuiApplication& guiApp() {
+    static int argc = 1;
+    static char name[] = "mascot_tests";
+    static char* argv[] = {name, nullptr};
+    static QGuiApplication* app = new QGuiApplication(argc, argv);
+    return *app;
+}
+
+}  // namespace trotlet::mascot::testing
