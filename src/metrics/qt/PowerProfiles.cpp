@@ -21,6 +21,15 @@ constexpr Service kServices[] = {
     {"net.hadess.PowerProfiles", "/net/hadess/PowerProfiles", "net.hadess.PowerProfiles"},
 };
 
+// A connection of our own rather than the shared default: when there is no system bus yet (a
+// container, early in a session), the failed connection is dropped so a later call tries again.
+QDBusConnection systemBus() {
+    const QString name = QStringLiteral("trotlet-power-profiles");
+    QDBusConnection bus = QDBusConnection::connectToBus(QDBusConnection::SystemBus, name);
+    if (!bus.isConnected()) QDBusConnection::disconnectFromBus(name);
+    return bus;
+}
+
 QDBusMessage getProfile(const Service& s) {
     auto msg = QDBusMessage::createMethodCall(s.name, s.path, "org.freedesktop.DBus.Properties", "Get");
     msg << QString::fromLatin1(s.interface) << QStringLiteral("ActiveProfile");
@@ -46,7 +55,9 @@ void PowerProfiles::onPropertiesChanged(const QString&, const QVariantMap& chang
 }
 
 void PowerProfiles::refresh() {
-    QDBusConnection bus = QDBusConnection::systemBus();
+    if (sinceRead_.isValid() && sinceRead_.elapsed() < 60'000) return;
+    sinceRead_.start();
+    QDBusConnection bus = systemBus();
     if (!bus.isConnected()) return;
     if (!subscribed_) {
         subscribed_ = true;
@@ -65,7 +76,7 @@ void PowerProfiles::refresh() {
 }
 
 bool PowerProfiles::queryOnce(int timeoutMs) {
-    QDBusConnection bus = QDBusConnection::systemBus();
+    QDBusConnection bus = systemBus();
     if (!bus.isConnected()) return false;
     for (const auto& s : kServices) {
         const QDBusMessage reply = bus.call(getProfile(s), QDBus::Block, timeoutMs);

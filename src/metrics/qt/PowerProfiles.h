@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QString>
 
@@ -19,6 +20,8 @@ public:
     bool answered() const { return answered_; }
 
     // Starts an asynchronous read of ActiveProfile (and subscribes to changes on first use).
+    // Changes arrive as signals, so a read is only repeated after a minute, in case the daemon
+    // started later or a signal was missed; calling this on every tick costs nothing.
     void refresh();
 
     // One blocking read with a short time-out, for the one-shot dump.
@@ -33,6 +36,7 @@ private slots:
 private:
     void apply(const QString& profile);
     bool subscribed_ = false;
+    QElapsedTimer sinceRead_;
     bool lowPower_ = false;
     bool answered_ = false;
 };
