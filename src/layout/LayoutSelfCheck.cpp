@@ -348,7 +348,8 @@ Json Checker::edits() {
         }
         std::sort(blocked.begin(), blocked.end());
         verdict(list, Json{{"name", "option-up is blocked only in the top row"}, {"blocked", blocked}},
-                blocked == std::vector<std::string>{"cpu", "memory"}, "option-up blocked the wrong cards:", "");
+                blocked == std::vector<std::string>{"cpu", "memory"}, "option-up blocked the wrong cards:",
+                Json(blocked).dump());
     }
     {  // With memory hidden, ⌥ moves pass over it.
         const auto hidden = LayoutOps::settingHidden("memory", true, defaults);
