@@ -22,7 +22,11 @@ struct MetricsDump {
     static void setMascotEncoder(MascotEncoder encoder);
 };
 
-// `--bench-metrics [n]`: sampling cost per kind of reading, as JSON on stdout.
+// `--bench-metrics [n]`: sampling cost per kind of reading, as JSON on stdout:
+// {"provider", "iterations", "processCount", "kinds": [{"kind", "minUs", "medianUs", "maxUs"}
+// for each single kind and "all" (with the full process list)], "menuBar": the menu bar's kinds
+// together, "procScanBaseline": opening and reading /proc/[pid]/stat and statm of every process}.
+// Each measurement uses a fresh provider whose first (baseline) sample is not counted.
 struct MetricsBench {
     static int run(const app::LaunchOptions& options);
 };
