@@ -13,6 +13,8 @@ QGuiApplication& guiApp() {
     static char name[] = "menubar_tests";
     static char* argv[] = {name, nullptr};
     // Never destroyed: Qt's application object must outlive every static at exit.
+    // Headless unless a test run asks for a real display.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
     static QGuiApplication* app = new QGuiApplication(argc, argv);
     return *app;
 }
