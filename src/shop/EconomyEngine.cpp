@@ -21,16 +21,16 @@ int64_t EconomyRules::checkInReward(int64_t streakDay) {
 nlohmann::ordered_json EconomyRules::toJson() {
     nlohmann::ordered_json r = nlohmann::ordered_json::object();
     r["welcomeGift"] = welcomeGift;
-    r["passiveSecondsPerFish"] = passiveSecondsPerFish;
+    r["passiveSecondsPerFish"] = static_cast<int64_t>(passiveSecondsPerFish);
     r["passiveDailyCap"] = passiveDailyCap;
-    r["activeIdleThresholdSeconds"] = activeIdleThresholdSeconds;
+    r["activeIdleThresholdSeconds"] = static_cast<int64_t>(activeIdleThresholdSeconds);
     r["checkInBase"] = checkInBase;
     r["streakStep"] = streakStep;
     r["streakBonusCap"] = streakBonusCap;
     r["streakSaverCooldownDays"] = streakSaverCooldownDays;
     r["goldenFishValue"] = goldenFishValue;
     r["goldenFishDailyMax"] = goldenFishDailyMax;
-    r["goldenFishMinOpenSeconds"] = goldenFishMinOpenSeconds;
+    r["goldenFishMinOpenSeconds"] = static_cast<int64_t>(goldenFishMinOpenSeconds);
     r["goldenFishSwimSeconds"] = goldenFishSwimSeconds;
     r["forwardJumpToleranceHours"] = forwardJumpToleranceHours;
     r["manekiMultiplier"] = manekiMultiplier();
