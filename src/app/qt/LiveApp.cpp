@@ -7,44 +7,17 @@
 #include <QGuiApplication>
 #include <QLabel>
 #include <QMenu>
-#include <QPainter>
-#include <QPainterPath>
 #include <QScreen>
-#include <QSystemTrayIcon>
 #include <QTimer>
 #include <QVBoxLayout>
 #include <QWidget>
 
+#include "app/qt/AppModel.h"
 #include "app/qt/DebugLog.h"
 #include "app/qt/SessionSettings.h"
 #include "app/qt/SignalRelay.h"
 
 namespace trotlet::app {
-
-namespace {
-
-// A plain round critter head, drawn so the tray has something to show before the real
-// animated status item exists.
-QIcon placeholderIcon() {
-    QPixmap pixmap(64, 64);
-    pixmap.fill(Qt::transparent);
-    QPainter painter(&pixmap);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(QColor(0xE8, 0x8A, 0x3C));
-    QPainterPath ears;
-    ears.addPolygon(QPolygonF({QPointF(10, 28), QPointF(16, 4), QPointF(30, 18)}));
-    ears.addPolygon(QPolygonF({QPointF(54, 28), QPointF(48, 4), QPointF(34, 18)}));
-    painter.drawPath(ears);
-    painter.drawEllipse(QRectF(8, 14, 48, 44));
-    painter.setBrush(QColor(0x2B, 0x2B, 0x2B));
-    painter.drawEllipse(QRectF(21, 30, 6, 7));
-    painter.drawEllipse(QRectF(37, 30, 6, 7));
-    painter.drawEllipse(QRectF(29, 42, 6, 4));
-    return QIcon(pixmap);
-}
-
-}  // namespace
 
 LiveApp::LiveApp(const LaunchOptions& options, const std::vector<std::string>& args)
     : options_(options), settings_(makeSessionSettings(options, args)) {
@@ -78,13 +51,11 @@ void LiveApp::buildTray() {
                                            : QStringLiteral("Open Trotlet"));
     });
 
-    tray_ = new QSystemTrayIcon(placeholderIcon(), this);
-    tray_->setToolTip(QStringLiteral("Trotlet"));
-    tray_->setContextMenu(menu_.get());
-    connect(tray_, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason why) {
-        if (why == QSystemTrayIcon::Trigger) togglePanel(QStringLiteral("tray click"));
+    model_ = new AppModel(options_, *settings_, menu_.get(), this);
+    connect(model_, &AppModel::trayActivated, this, [this](QPoint point) {
+        lastClick_ = point;
+        togglePanel(QStringLiteral("tray click"));
     });
-    tray_->show();
 }
 
 void LiveApp::buildPanel() {
@@ -114,8 +85,8 @@ void LiveApp::togglePanel(const QString& reason) {
 
 void LiveApp::openPanel(const QString& reason) {
     if (isPanelOpen()) return;
-    // Below the tray item when the desktop tells where it is, else the screen's top right.
-    const QRect anchor = tray_ ? tray_->geometry() : QRect();
+    // Below the point the tray host reported for the click, else the screen's top right.
+    const QRect anchor = lastClick_.isNull() ? QRect() : QRect(lastClick_, QSize(1, 1));
     if (QScreen* screen = QGuiApplication::primaryScreen()) {
         const QRect area = screen->availableGeometry();
         QPoint topLeft = anchor.isValid() ? QPoint(anchor.center().x() - panel_->width() / 2, anchor.bottom() + 4)
@@ -125,6 +96,7 @@ void LiveApp::openPanel(const QString& reason) {
         panel_->move(topLeft);
     }
     panel_->show();
+    if (model_) model_->setPanelOpen(true);
     panel_->raise();
     panel_->activateWindow();
     debugLog(("panel opened (" + reason + ")").toStdString());
@@ -133,12 +105,12 @@ void LiveApp::openPanel(const QString& reason) {
 void LiveApp::closePanel(const QString& reason) {
     if (!isPanelOpen()) return;
     panel_->hide();
+    if (model_) model_->setPanelOpen(false);
     debugLog(("panel closed (" + reason + ")").toStdString());
 }
 
 void LiveApp::quit(const QString& reason) {
     debugLog(("quitting (" + reason + ")").toStdString());
-    if (tray_) tray_->hide();
     QCoreApplication::quit();
 }
 

@@ -5,16 +5,17 @@
 #include <vector>
 
 #include <QObject>
+#include <QPoint>
 
 #include "app/AppSettings.h"
 #include "app/LaunchOptions.h"
 
 class QMenu;
-class QSystemTrayIcon;
 class QWidget;
 
 namespace trotlet::app {
 
+class AppModel;
 class SignalRelay;
 
 // The live app as far as it is built: the session's settings, the tray item with its menu,
@@ -42,7 +43,8 @@ private:
     LaunchOptions options_;
     std::unique_ptr<AppSettings> settings_;
     std::unique_ptr<QMenu> menu_;
-    QSystemTrayIcon* tray_ = nullptr;
+    AppModel* model_ = nullptr;
+    QPoint lastClick_;
     std::unique_ptr<QWidget> panel_;
     SignalRelay* signals_ = nullptr;
 };

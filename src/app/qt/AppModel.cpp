@@ -1,0 +1,145 @@
+#include "app/qt/AppModel.h"
+
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include <QDBusConnection>
+#include <QGuiApplication>
+#include <QScreen>
+
+#include "alerts/qt/NotificationController.h"
+#include "app/AppSettings.h"
+#include "app/qt/DebugLog.h"
+#include "mascot/qt/MascotAnimator.h"
+#include "menubar/LabelPlacement.h"
+#include "menubar/qt/StatusItemController.h"
+#include "metrics/qt/MetricsStore.h"
+#include "metrics/qt/PowerProfiles.h"
+#include "metrics/qt/ProviderFactory.h"
+#include "platform/freedesktop/IdleMonitor.h"
+#include "platform/freedesktop/Notifications.h"
+#include "platform/freedesktop/ReduceMotion.h"
+#include "platform/freedesktop/ScreenLock.h"
+#include "platform/freedesktop/TrayItem.h"
+#include "shop/Catalog.h"
+
+namespace trotlet::app {
+
+namespace {
+
+std::string envOrEmpty(const char* name) {
+    const char* value = std::getenv(name);
+    return value ? value : "";
+}
+
+std::string mascotDisplayName(const std::string& id) {
+    const shop::CatalogItem* item = shop::Catalog::item(id);
+    return item ? item->displayName() : id;
+}
+
+}  // namespace
+
+AppModel::AppModel(const LaunchOptions& options, AppSettings& settings, QMenu* trayMenu, QObject* parent)
+    : QObject(parent), options_(options), settings_(settings) {
+    std::vector<std::string> warnings;
+    store_ = std::make_unique<metrics::MetricsStore>(metrics::makeProvider(options_, &warnings), this);
+    for (const std::string& warning : warnings) std::fprintf(stderr, "trotlet: %s\n", warning.c_str());
+
+    // The real readers cannot ask D-Bus for the power profile; fake data keeps its own.
+    if (!options_.mock && !options_.fixture) {
+        power_ = new metrics::PowerProfiles(this);
+        store_->setLowPowerSource(power_);
+    }
+    store_->setUpdateInterval(settings_.monitoring().updateInterval());
+
+    const QDBusConnection session = QDBusConnection::sessionBus();
+    auto idleOptions = platform::IdleMonitor::Options::fromEnvironment();
+    if (options_.idleSeconds) idleOptions.fixedSeconds = options_.idleSeconds;
+    idle_ = new platform::IdleMonitor(session, idleOptions, this);
+    reduceMotion_ = new platform::ReduceMotion(session, platform::ReduceMotion::fixedFromEnvironment(), this);
+    screenLock_ = new platform::ScreenLock(session, QDBusConnection::systemBus(), this);
+
+    animator_ = new mascot::MascotAnimator(this);
+    animator_->setIdleSeconds([idle = idle_] { return idle->idleSeconds(); });
+    applyMascotSettings();
+    connect(reduceMotion_, &platform::ReduceMotion::changed, this, [this] { applyMascotSettings(); });
+    connect(screenLock_, &platform::ScreenLock::lockedChanged, this, [this](bool locked) {
+        debugLog(locked ? "screen locked: mascot paused" : "screen unlocked: mascot resumed");
+        animator_->setPaused(locked);
+    });
+    if (power_)
+        connect(power_, &metrics::PowerProfiles::lowPowerModeChanged, this, [this] { applyMascotSettings(); });
+    observers_.push_back(settings_.menuBar().observe([this](const std::string&) { applyMascotSettings(); }));
+    observers_.push_back(settings_.mascot().observe([this](const std::string&) { applyMascotSettings(); }));
+    observers_.push_back(settings_.monitoring().observe([this](const std::string&) {
+        store_->setUpdateInterval(settings_.monitoring().updateInterval());
+    }));
+
+    tray_ = platform::TrayItem::create(session, this);
+    tray_->setMenu(trayMenu);
+    connect(tray_.get(), &platform::TrayItem::activated, this, &AppModel::trayActivated);
+    const auto placement = menubar::labelPlacementFor(envOrEmpty("XDG_CURRENT_DESKTOP"),
+                                                      envOrEmpty("TROTLET_TRAY_LABEL"));
+    statusItem_ = new menubar::StatusItemController(*tray_, *animator_, *store_, settings_, placement, this);
+    const std::string name = mascotDisplayName(animator_->drawnMascotId());
+    statusItem_->setMascotName(QString::fromStdString(name));
+
+    notifier_ = new platform::Notifications(session, this);
+    notifications_ = new alerts::NotificationController(
+        settings_.notifications(), notifier_, alerts::NotificationController::Options::from(options_), this);
+    notifications_->followTemperatureUnit(settings_.monitoring());
+    notifications_->setMascotName(name);
+
+    connect(store_.get(), &metrics::MetricsStore::updated, this, &AppModel::onSample);
+    store_->setTier(metrics::ConsumerTier::menuBarOnly);
+    store_->start();
+    tray_->setVisible(true);
+}
+
+AppModel::~AppModel() {
+    // Observers capture `this`; the groups outlive the model.
+    settings_.menuBar().unobserve(observers_[0]);
+    settings_.mascot().unobserve(observers_[1]);
+    settings_.monitoring().unobserve(observers_[2]);
+    store_->stop();
+}
+
+void AppModel::setPanelOpen(bool open) {
+    store_->setTier(open ? metrics::ConsumerTier::panelOpen : metrics::ConsumerTier::menuBarOnly);
+    notifications_->setPanelOpen(open);
+    if (open) store_->sampleNow();
+}
+
+void AppModel::onSample() {
+    const metrics::MetricsSnapshot& snapshot = store_->latest();
+    // Battery level and low power change the frame budget; re-apply only when they do.
+    const auto before = animator_->settings().frame;
+    auto settings = animator_->settings();
+    settings.frame = mascot::FrameEnvironment::fromSnapshot(snapshot, settings.frame);
+    if (settings.frame.onLowBattery != before.onLowBattery || settings.frame.lowPowerMode != before.lowPowerMode)
+        animator_->setSettings(settings);
+    animator_->ingest(snapshot);
+    notifications_->onLatestSample(snapshot);
+}
+
+void AppModel::applyMascotSettings() {
+    const auto& menuBar = settings_.menuBar();
+    const auto& mascotSettings = settings_.mascot();
+    mascot::MascotAnimator::Settings s = animator_->settings();
+    s.speedSource = menuBar.speedSource();
+    s.speedSensitivity = menuBar.speedSensitivity();
+    s.stateReactions = mascotSettings.stateReactions();
+    s.sleepWhenIdle = mascotSettings.sleepWhenIdle();
+    s.frame.maxFPS = menuBar.maxFPS();
+    s.frame.saveEnergy = menuBar.saveEnergy();
+    s.frame.pauseAnimation = menuBar.pauseAnimation();
+    s.frame.animateWithReduceMotion = menuBar.animateWithReduceMotion();
+    s.frame.reduceMotion = reduceMotion_->reduceMotion().value_or(false);
+    if (power_) s.frame.lowPowerMode = power_->lowPowerMode();
+    if (const QScreen* screen = QGuiApplication::primaryScreen())
+        s.devicePixelRatio = screen->devicePixelRatio();
+    animator_->setSettings(s);
+}
+
+}  // namespace trotlet::app
