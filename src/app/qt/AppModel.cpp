@@ -98,6 +98,9 @@ AppModel::AppModel(const LaunchOptions& options, AppSettings& settings, QMenu* t
 }
 
 AppModel::~AppModel() {
+    // Consumers first: they hold references to the store, the animator and the tray item.
+    delete statusItem_;
+    delete notifications_;
     // Observers capture `this`; the groups outlive the model.
     settings_.menuBar().unobserve(observers_[0]);
     settings_.mascot().unobserve(observers_[1]);

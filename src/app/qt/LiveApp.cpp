@@ -36,7 +36,11 @@ LiveApp::LiveApp(const LaunchOptions& options, const std::vector<std::string>& a
         QTimer::singleShot(600, this, [this] { openPanel(QStringLiteral("--open-panel")); });
 }
 
-LiveApp::~LiveApp() = default;
+LiveApp::~LiveApp() {
+    // The model observes the settings, which are a member and would go first.
+    delete model_;
+    model_ = nullptr;
+}
 
 void LiveApp::buildTray() {
     menu_ = std::make_unique<QMenu>();
