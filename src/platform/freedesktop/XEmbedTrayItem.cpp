@@ -24,7 +24,7 @@ XEmbedTrayItem::XEmbedTrayItem(QObject* parent) : TrayItem(parent) {
             break;
         }
     });
-    icon_.show();
+    // Shown with the first frame: an icon without an image would be an empty slot.
 }
 
 void XEmbedTrayItem::refreshIcon() {
@@ -35,6 +35,7 @@ void XEmbedTrayItem::refreshIcon() {
     shownKey_ = key;
     const QImage image = composed ? TrayItemLabelComposer::compose(frame_, label_, guide_) : frame_;
     icon_.setIcon(QIcon(QPixmap::fromImage(image)));
+    if (visible_ && !icon_.isVisible()) icon_.show();
 }
 
 void XEmbedTrayItem::setFrame(const QImage& image, const QString& cacheKey) {
@@ -63,6 +64,9 @@ void XEmbedTrayItem::setToolTip(const QString& title, const QString& body) {
 
 void XEmbedTrayItem::setMenu(QMenu* menu) { icon_.setContextMenu(menu); }
 
-void XEmbedTrayItem::setVisible(bool visible) { icon_.setVisible(visible); }
+void XEmbedTrayItem::setVisible(bool visible) {
+    visible_ = visible;
+    icon_.setVisible(visible && !frame_.isNull());
+}
 
 }  // namespace trotlet::platform

@@ -37,6 +37,7 @@ private:
     QString label_;
     QString guide_;
     bool labelInIcon_ = false;
+    bool visible_ = true;
 };
 
 }  // namespace trotlet::platform

@@ -3,6 +3,10 @@
 
 #include "FreedesktopTestSupport.h"
 
+#include <QDBusArgument>
+#include <QDBusObjectPath>
+#include <QDBusVirtualObject>
+
 #include <gtest/gtest.h>
 
 #include <set>
@@ -58,6 +62,97 @@ TEST(GlobalShortcutKeys, EveryLetterAndDigitHasExactlyOneCode) {
     }
     for (unsigned long c = 'a'; c <= 'z'; ++c) EXPECT_TRUE(seen.count(c)) << char(c);
     for (unsigned long c = '0'; c <= '9'; ++c) EXPECT_TRUE(seen.count(c)) << char(c);
+}
+
+// The GlobalShortcuts portal as the desktop runs it: each call answers with a Request path and
+// then a Response signal on that path; `approve` false plays a user who declines.
+class FakeShortcutsPortal : public QDBusVirtualObject {
+public:
+    explicit FakeShortcutsPortal(QDBusConnection bus) : bus_(bus) {}
+    bool start() {
+        return bus_.registerVirtualObject(QStringLiteral("/org/freedesktop/portal/desktop"), this) &&
+               bus_.registerService(QStringLiteral("org.freedesktop.portal.Desktop"));
+    }
+    QString introspect(const QString&) const override { return {}; }
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override {
+        if (message.interface() != QLatin1String("org.freedesktop.portal.GlobalShortcuts")) return false;
+        QString sender = message.service().mid(1);
+        sender.replace(QLatin1Char('.'), QLatin1Char('_'));
+        const QVariantMap options = qdbus_cast<QVariantMap>(message.arguments().last());
+        const QString request = QStringLiteral("/org/freedesktop/portal/desktop/request/%1/%2")
+                                    .arg(sender, options.value(QStringLiteral("handle_token")).toString());
+        QVariantMap results;
+        if (message.member() == QLatin1String("CreateSession")) {
+            session = QStringLiteral("/org/freedesktop/portal/desktop/session/%1/%2")
+                          .arg(sender, options.value(QStringLiteral("session_handle_token")).toString());
+            results.insert(QStringLiteral("session_handle"), session);
+        } else if (message.member() == QLatin1String("BindShortcuts")) {
+            const QDBusArgument shortcuts = message.arguments().at(1).value<QDBusArgument>();
+            shortcuts.beginArray();
+            while (!shortcuts.atEnd()) {
+                QString id;
+                QVariantMap properties;
+                shortcuts.beginStructure();
+                shortcuts >> id >> properties;
+                shortcuts.endStructure();
+                boundId = id;
+                trigger = properties.value(QStringLiteral("preferred_trigger")).toString();
+            }
+            shortcuts.endArray();
+        } else {
+            return false;
+        }
+        connection.send(message.createReply(QVariant::fromValue(QDBusObjectPath(request))));
+        QDBusMessage response = QDBusMessage::createSignal(request, QStringLiteral("org.freedesktop.portal.Request"),
+                                                           QStringLiteral("Response"));
+        response << uint(approve ? 0 : 1) << results;
+        connection.send(response);
+        return true;
+    }
+    void press(const QString& id) {
+        QDBusMessage signal = QDBusMessage::createSignal(QStringLiteral("/org/freedesktop/portal/desktop"),
+                                                         QStringLiteral("org.freedesktop.portal.GlobalShortcuts"),
+                                                         QStringLiteral("Activated"));
+        signal << QVariant::fromValue(QDBusObjectPath(session)) << id << quint64(0) << QVariantMap();
+        bus_.send(signal);
+    }
+    bool approve = true;
+    QString session;
+    QString boundId;
+    QString trigger;
+
+private:
+    QDBusConnection bus_;
+};
+
+TEST(GlobalShortcut, BindsThroughThePortalAndFiresOnActivation) {
+    testing::ensureApplication();
+    testing::PrivateBus bus;
+    ASSERT_TRUE(bus.isRunning());
+    FakeShortcutsPortal portal(bus.connect(QStringLiteral("portal")));
+    ASSERT_TRUE(portal.start());
+
+    GlobalShortcut shortcut(bus.connect(QStringLiteral("app")), GlobalShortcut::Backend::portal);
+    int fired = 0;
+    QObject::connect(&shortcut, &GlobalShortcut::activated, [&] { ++fired; });
+    shortcut.setShortcut(35, 2304);
+    ASSERT_TRUE(testing::waitUntil([&] { return shortcut.state() == GlobalShortcut::State::active; }))
+        << shortcut.unavailableReason().toStdString();
+    EXPECT_EQ(portal.boundId, GlobalShortcut::kShortcutId);
+    EXPECT_EQ(portal.trigger, QStringLiteral("LOGO+ALT+p"));
+
+    portal.press(QStringLiteral("something-else"));
+    portal.press(GlobalShortcut::kShortcutId);
+    ASSERT_TRUE(testing::waitUntil([&] { return fired == 1; }));
+    testing::spinFor(50);
+    EXPECT_EQ(fired, 1);
+
+    // Rebinding reuses the session; a user who declines leaves it unavailable, with a reason.
+    portal.approve = false;
+    shortcut.setShortcut(12, 4096 | 2048);
+    ASSERT_TRUE(testing::waitUntil([&] { return shortcut.state() == GlobalShortcut::State::unavailable; }));
+    EXPECT_EQ(portal.trigger, QStringLiteral("CTRL+ALT+q"));
+    EXPECT_EQ(shortcut.unavailableReason(), QStringLiteral("The global shortcut was declined"));
 }
 
 TEST(GlobalShortcut, ReportsWhyItIsUnavailable) {

@@ -274,5 +274,31 @@ TEST_F(StatusNotifierItemTest, ForwardsClicksScrollsAndTokensFromTheHost) {
     EXPECT_EQ(std::get<0>(token.at(0)), QStringLiteral("token-1"));
 }
 
+TEST_F(StatusNotifierItemTest, FactoryPrefersTheWatcherAndHonoursTheOverride) {
+    qunsetenv("TROTLET_TRAY");
+    // No watcher and no XEmbed tray (offscreen): still a StatusNotifierItem, which registers
+    // as soon as a panel starts.
+    auto waiting = TrayItem::create(itemBus);
+    EXPECT_EQ(waiting->kind(), TrayItem::Kind::statusNotifier);
+    waiting.reset();
+
+    ASSERT_TRUE(startWatcher());
+    auto item = TrayItem::create(itemBus);
+    EXPECT_EQ(item->kind(), TrayItem::Kind::statusNotifier);
+    ASSERT_TRUE(waitUntil([&] { return watcher->registered.size() == 1; }));
+
+    qputenv("TROTLET_TRAY", "xembed");
+    auto forced = TrayItem::create(itemBus);
+    qunsetenv("TROTLET_TRAY");
+    EXPECT_EQ(forced->kind(), TrayItem::Kind::xembed);
+    // The fallback keeps the same contract: a repeated key is not sent again.
+    forced->setFrame(solidFrame(qRgba(1, 2, 3, 255)), QStringLiteral("a"));
+    forced->setFrame(solidFrame(qRgba(1, 2, 3, 255)), QStringLiteral("a"));
+    EXPECT_EQ(forced->currentFrameKey(), QStringLiteral("a"));
+    forced->setLabelInIcon(true);
+    forced->setLabel(QStringLiteral("5%"), QStringLiteral("100%"));
+    EXPECT_TRUE(forced->label().isEmpty());
+}
+
 }  // namespace
 }  // namespace trotlet::platform
