@@ -39,7 +39,7 @@ Notifications::Notifications(const QDBusConnection& bus, QObject* parent)
 
 void Notifications::post(const QString& key, const QString& summary, const QString& body) {
     const Request request{summary, body};
-    if (inFlight_.value(key)) {
+    if (inFlight_.contains(key)) {
         waiting_.insert(key, request);
         return;
     }
@@ -61,7 +61,7 @@ void Notifications::send(const QString& key, const Request& request) {
     message << appName_ << liveIds_.value(key, 0u) << appIcon_ << request.summary << request.body
             << QStringList() << hints << kDefaultTimeout;
 
-    inFlight_.insert(key, true);
+    inFlight_.insert(key);
     if (!bus_.isConnected()) {
         // No bus at all gives no pending call that could ever finish; answer on the next turn
         // of the event loop like a failed call would.

@@ -3,6 +3,7 @@
 #include <QDBusConnection>
 #include <QHash>
 #include <QObject>
+#include <QSet>
 #include <QString>
 
 #include <optional>
@@ -67,7 +68,7 @@ private:
     QHash<QString, uint> liveIds_;
     // A key with a call in flight keeps its newest follow-up here: sending it before the server
     // has told us the id to replace would put a second notification of the kind on screen.
-    QHash<QString, bool> inFlight_;
+    QSet<QString> inFlight_;
     QHash<QString, Request> waiting_;
     bool loggedUnavailable_ = false;
     int delivered_ = 0;
