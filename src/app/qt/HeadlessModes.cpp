@@ -7,6 +7,7 @@
 
 #include "alerts/qt/NotificationSimulation.h"
 #include "app/Platform.h"
+#include "mascot/qt/MascotDumpEncoder.h"
 #include "metrics/qt/MetricsDump.h"
 
 namespace trotlet::app {
@@ -59,7 +60,9 @@ int runMoveToApplications(const LaunchOptions& options) {
 int runHeadlessMode(const LaunchOptions& options) {
     using Mode = LaunchOptions::Mode;
     switch (options.mode) {
-        case Mode::dumpMetrics: return metrics::MetricsDump::run(options);
+        case Mode::dumpMetrics:
+            mascot::installMascotDumpEncoder();
+            return metrics::MetricsDump::run(options);
         case Mode::benchMetrics: return metrics::MetricsBench::run(options);
         case Mode::simulateNotifications: return runNotificationSimulation(options);
         case Mode::moveCheck:
