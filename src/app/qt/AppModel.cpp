@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include <QCoreApplication>
 #include <QDBusConnection>
 #include <QGuiApplication>
 #include <QScreen>
@@ -17,6 +18,8 @@
 #include "metrics/qt/MetricsStore.h"
 #include "metrics/qt/PowerProfiles.h"
 #include "metrics/qt/ProviderFactory.h"
+#include "platform/freedesktop/Autostart.h"
+#include "platform/freedesktop/GlobalShortcut.h"
 #include "platform/freedesktop/IdleMonitor.h"
 #include "platform/freedesktop/Notifications.h"
 #include "platform/freedesktop/ReduceMotion.h"
@@ -91,6 +94,18 @@ AppModel::AppModel(const LaunchOptions& options, AppSettings& settings, QMenu* t
     notifications_->followTemperatureUnit(settings_.monitoring());
     notifications_->setMascotName(name);
 
+    shortcut_ = new platform::GlobalShortcut(session, platform::GlobalShortcut::backendForSession(), this);
+    connect(shortcut_, &platform::GlobalShortcut::activated, this, [this] { emit trayActivated(QPoint()); });
+    applyGeneralSettings();
+    observers_.push_back(settings_.general().observe([this](const std::string& key) {
+        if (key == "general.launchAtLogin") {
+            const auto written = platform::Autostart::setEnabled(
+                settings_.general().launchAtLogin(), QCoreApplication::applicationFilePath().toStdString());
+            if (!written) std::fprintf(stderr, "trotlet: %s\n", written.error.c_str());
+        }
+        applyGeneralSettings();
+    }));
+
     connect(store_.get(), &metrics::MetricsStore::updated, this, &AppModel::onSample);
     store_->setTier(metrics::ConsumerTier::menuBarOnly);
     store_->start();
@@ -105,6 +120,7 @@ AppModel::~AppModel() {
     settings_.menuBar().unobserve(observers_[0]);
     settings_.mascot().unobserve(observers_[1]);
     settings_.monitoring().unobserve(observers_[2]);
+    settings_.general().unobserve(observers_[3]);
     store_->stop();
 }
 
@@ -116,6 +132,7 @@ void AppModel::setPanelOpen(bool open) {
 
 void AppModel::onSample() {
     const metrics::MetricsSnapshot& snapshot = store_->latest();
+    idle_->refresh();  // answers arrive before the next sample; never waits here
     // Battery level and low power change the frame budget; re-apply only when they do.
     const auto before = animator_->settings().frame;
     auto settings = animator_->settings();
@@ -124,6 +141,16 @@ void AppModel::onSample() {
         animator_->setSettings(settings);
     animator_->ingest(snapshot);
     notifications_->onLatestSample(snapshot);
+}
+
+void AppModel::applyGeneralSettings() {
+    const auto& general = settings_.general();
+    if (general.globalShortcutEnabled() && !std::getenv("TROTLET_QA_NO_HOTKEY"))
+        shortcut_->setShortcut(general.globalShortcutKeyCode(), general.globalShortcutModifiers());
+    else
+        shortcut_->clear();
+    debugLog("global shortcut: " + shortcut_->displayText().toStdString() +
+             (shortcut_->unavailableReason().isEmpty() ? "" : " (" + shortcut_->unavailableReason().toStdString() + ")"));
 }
 
 void AppModel::applyMascotSettings() {

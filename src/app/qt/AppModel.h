@@ -23,6 +23,7 @@ class MetricsStore;
 class PowerProfiles;
 }
 namespace trotlet::platform {
+class GlobalShortcut;
 class IdleMonitor;
 class Notifications;
 class ReduceMotion;
@@ -56,6 +57,7 @@ signals:
     void trayActivated(QPoint point);
 
 private:
+    void applyGeneralSettings();
     void applyMascotSettings();
     void onSample();
 
@@ -66,6 +68,7 @@ private:
     platform::IdleMonitor* idle_ = nullptr;
     platform::ReduceMotion* reduceMotion_ = nullptr;
     platform::ScreenLock* screenLock_ = nullptr;
+    platform::GlobalShortcut* shortcut_ = nullptr;
     mascot::MascotAnimator* animator_ = nullptr;
     std::unique_ptr<platform::TrayItem> tray_;
     menubar::StatusItemController* statusItem_ = nullptr;
