@@ -7,7 +7,7 @@
 #include "mascot/LoadMapping.h"
 #include "mascot/ProcessDisplayName.h"
 #include "menubar/Format.h"
-#include "shop/PlatformNoun.h"
+#include "app/Platform.h"
 
 namespace trotlet::mascot::MoodLine {
 namespace {
@@ -19,7 +19,7 @@ using Variants = std::array<std::string, 3>;
 constexpr double referenceEpoch = 978307200;
 
 // The word for this machine is shared with every other user-facing text.
-const std::string machine(shop::platformNoun);
+const std::string machine(app::machineNoun);
 
 std::string capitalised(std::string_view word) {
     std::string s(word);

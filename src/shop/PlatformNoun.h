@@ -3,15 +3,14 @@
 #include <string>
 #include <string_view>
 
+#include "app/Platform.h"
+
 namespace trotlet::shop {
 
-// How user-facing texts name the machine ("your computer's clock"). One place, so a port to
-// another desktop changes one word.
-inline constexpr std::string_view platformNoun = "computer";
-
+// "Your computer's clock": shop texts name the machine with the app's one word for it.
 inline std::string withPlatformNoun(std::string_view before, std::string_view after) {
     std::string text(before);
-    text += platformNoun;
+    text += app::machineNoun;
     text += after;
     return text;
 }

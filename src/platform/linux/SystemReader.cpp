@@ -1,6 +1,6 @@
 #include "platform/linux/SystemReader.h"
 
-#include "metrics/MachineNoun.h"
+#include "app/Platform.h"
 #include "metrics/MetricsSnapshot.h"
 #include "platform/linux/ProcessReader.h"
 #include "platform/linux/TextScan.h"
@@ -78,7 +78,7 @@ SystemReader::SystemReader(const std::string& root, long ticksPerSecond, long pa
     } else if (auto board = readTrimmed(dmi + "board_name"); meaningful(board)) {
         fixed_.model = *board;
     } else {
-        fixed_.model = std::string("Linux ").append(metrics::kMachineNoun);
+        fixed_.model = std::string(app::systemName).append(" ").append(app::machineNoun);
     }
     // Lenovo keeps the marketing name in product_version ("ThinkPad X1 Carbon Gen 9"), most others
     // in product_family; with the vendor in front it reads as a name.
