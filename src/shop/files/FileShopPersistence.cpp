@@ -72,7 +72,9 @@ ShopLoadResult FileShopPersistence::loadResult() {
     auto decoded = ShopStateCodec(calendar_).decode(read.contents);
     if (auto* error = std::get_if<DecodeError>(&decoded)) {
         const bool newer = error->kind == DecodeError::Kind::newerSchema;
-        const std::string tag = newer ? "v" + std::to_string(error->version) : std::string("corrupt");
+        // Appending (rather than "v" + to_string) keeps GCC 12 from a false -Wrestrict.
+        std::string tag = "corrupt";
+        if (newer) tag.assign("v").append(std::to_string(error->version));
         const auto kept = platform::keepAside(path_, tag, stamp());
         // A file we couldn't move aside must not be overwritten by the next save.
         if (!kept) savingAllowed_ = false;
