@@ -23,7 +23,7 @@ public:
     static std::optional<std::string> programOf(const std::string& entry);
 
     static WriteResult setEnabled(bool enabled, const std::string& executable);
-    // Enabled when our entry exists and does not hide itself (Hidden=true is the spec's way
+    // Enabled when our entry exists and does not hide itself (Hidden=true is the desktop-entry standard's way
     // for a user to switch an entry off without deleting it).
     static bool isEnabled();
 };

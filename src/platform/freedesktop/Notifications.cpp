@@ -18,7 +18,7 @@ namespace {
 
 bool debugLogging() { return qEnvironmentVariable("TROTLET_DEBUG_LOG") == QLatin1String("1"); }
 
-// Server-chosen expiry, as the specification's -1 asks.
+// Server-chosen expiry: -1 in the notification protocol.
 constexpr int kDefaultTimeout = -1;
 
 // The basename of the app's .desktop file, so servers can group and configure our notifications.
