@@ -23,8 +23,8 @@ public:
     static std::optional<std::string> programOf(const std::string& entry);
 
     static WriteResult setEnabled(bool enabled, const std::string& executable);
-    // Enabled when our entry exists and does not hide itself (Hidden=true is the desktop-entry standard's way
-    // for a user to switch an entry off without deleting it).
+    // Enabled when our entry exists and does not hide itself (Hidden=true is how the
+    // desktop-entry standard lets a user switch an entry off without deleting it).
     static bool isEnabled();
 };
 
