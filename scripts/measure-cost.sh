@@ -4,7 +4,10 @@
 # and of the panel once a second, and prints average CPU (% of one core) and peak resident
 # memory as JSON. The panel's share matters too: every frame the app sends is work for it.
 #
-#   scripts/measure-cost.sh [-n SECONDS] [-w WARMUP] [COMMAND...]
+#   scripts/measure-cost.sh [-n SECONDS] [-w WARMUP] [-s SETTINGS_JSON] [-m] [COMMAND...]
+#
+# -m also prints, on stderr, the app's resident memory by mapping at the end of the run.
+# SETTINGS_JSON is written as the run's settings file, e.g. '{"menuBar.maxFPS": 24}'.
 #
 # COMMAND defaults to build/release/trotlet. Needs Xvfb, dbus-daemon and xfce4-panel
 # (scripts/tray-host-check.sh installs the latter). Exits 1 when the app dies early.
@@ -13,11 +16,15 @@ set -euo pipefail
 ROOT=$(cd "$(dirname "$0")/.." && pwd)
 SECONDS_TO_RUN=60
 WARMUP=5
-while getopts "n:w:" opt; do
+SETTINGS_JSON=
+BREAKDOWN=
+while getopts "n:w:s:m" opt; do
   case $opt in
     n) SECONDS_TO_RUN=$OPTARG ;;
     w) WARMUP=$OPTARG ;;
-    *) echo "usage: $0 [-n SECONDS] [-w WARMUP] [COMMAND...]" >&2; exit 2 ;;
+    s) SETTINGS_JSON=$OPTARG ;;
+    m) BREAKDOWN=1 ;;
+    *) echo "usage: $0 [-n SECONDS] [-w WARMUP] [-s SETTINGS_JSON] [-m] [COMMAND...]" >&2; exit 2 ;;
   esac
 done
 shift $((OPTIND - 1))
@@ -36,6 +43,10 @@ trap cleanup EXIT
 export HOME=$WORK/home XDG_CONFIG_HOME=$WORK/home/.config XDG_DATA_HOME=$WORK/home/.local/share
 export XDG_CACHE_HOME=$WORK/home/.cache XDG_RUNTIME_DIR=$WORK/run
 mkdir -p "$XDG_CONFIG_HOME/xfce4/xfconf/xfce-perchannel-xml" "$XDG_RUNTIME_DIR"; chmod 700 "$XDG_RUNTIME_DIR"
+if [ -n "$SETTINGS_JSON" ]; then
+  mkdir -p "$XDG_CONFIG_HOME/trotlet"
+  printf '%s\n' "$SETTINGS_JSON" > "$XDG_CONFIG_HOME/trotlet/settings.json"
+fi
 unset WAYLAND_DISPLAY
 export XDG_SESSION_TYPE=x11 XDG_CURRENT_DESKTOP=XFCE
 # The same one-tray panel as the host check.
@@ -83,6 +94,11 @@ for _ in $(seq "$SECONDS_TO_RUN"); do
 done
 app1=$(ticks "$APP_PID"); panel1=$(sum_ticks $panel_pids); t1=$(date +%s.%N)
 app_hwm=$(hwm_kb "$APP_PID")
+if [ -n "$BREAKDOWN" ]; then
+  grep -E '^(Rss|Pss_Anon|Pss_File|Private_Dirty):' "/proc/$APP_PID/smaps_rollup" >&2
+  awk '/^[0-9a-f]+-[0-9a-f]+ / { name = $6 == "" ? "[anonymous]" : $6 } /^Rss:/ { kb[name] += $2 }
+       END { for (n in kb) if (kb[n] >= 256) printf "%7d kB  %s\n", kb[n], n }' "/proc/$APP_PID/smaps" | sort -rn >&2
+fi
 
 awk -v a0="$app0" -v a1="$app1" -v p0="$panel0" -v p1="$panel1" -v t0="$t0" -v t1="$t1" -v hz="$HZ" \
     -v arss="$app_rss_max" -v ahwm="$app_hwm" -v prss="$panel_rss_max" -v n="$samples" \

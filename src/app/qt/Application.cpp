@@ -1,6 +1,7 @@
 #include "app/qt/Application.h"
 
 #include <cstdio>
+#include <cstdlib>
 #include <memory>
 #include <string>
 #include <vector>
@@ -10,6 +11,7 @@
 #include <QSystemTrayIcon>
 #include <QTimer>
 
+#include "app/DesktopTheme.h"
 #include "app/qt/DisplayCheck.h"
 #include "app/qt/HeadlessModes.h"
 #include "app/qt/LiveApp.h"
@@ -38,6 +40,9 @@ int runLive(const LaunchOptions& options, int& argc, char** argv) {
         return 1;
     }
     const std::vector<std::string> args(argv, argv + argc);
+    const auto env = [](const char* name) { return std::getenv(name) ? std::getenv(name) : ""; };
+    if (shouldSkipGtkThemePlugin(env("XDG_CURRENT_DESKTOP"), env("QT_QPA_PLATFORMTHEME")))
+        QGuiApplication::setDesktopSettingsAware(false);
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Trotlet"));
     // The app lives in the tray: closing the panel must not end it.
