@@ -71,12 +71,22 @@ PanelPlacement placePanel(const PanelPlacementRequest& request) {
         // A click in the lower half means the tray sits at the bottom: open upwards so the
         // panel never covers the tray it came from. The work area's edge wins over the gap
         // when the click lands inside the desktop's own panel strip.
-        if (p.y >= screen.geometry.y + screen.geometry.height / 2) {
+        const PanelRect& whole = screen.geometry;
+        if (p.y >= whole.y + whole.height / 2) {
             placement.anchor = PanelAnchor::abovePoint;
-            y = std::min(p.y - kPanelClickGap, area.bottom()) - height;
+            int bottom = std::min(p.y - kPanelClickGap, area.bottom());
+            // Without a window manager nothing reserves the bar's strip, so the work area
+            // reaches the screen's edge. Tray icons sit mid-bar: mirror the click's distance
+            // from the edge to find where the bar begins.
+            const int fromEdge = whole.bottom() - 1 - p.y;
+            if (area.bottom() >= whole.bottom() && fromEdge < kPanelEdgeBand)
+                bottom = std::min(bottom, whole.bottom() - 1 - 2 * fromEdge);
+            y = bottom - height;
         } else {
             placement.anchor = PanelAnchor::belowPoint;
             y = std::max(p.y + kPanelClickGap, area.y);
+            const int fromEdge = p.y - whole.y;
+            if (area.y <= whole.y && fromEdge < kPanelEdgeBand) y = std::max(y, whole.y + 2 * fromEdge + 1);
         }
     }
     placement.frame.x = keepInside(x, width, area.x, area.right());

@@ -83,6 +83,8 @@ struct PanelPlacement {
 
 inline constexpr int kPanelClickGap = 4;      // between the click point and the panel's edge
 inline constexpr int kPanelCornerMargin = 8;  // from the available area's corner
+// A click this close to the screen's top or bottom edge is taken to be on a bar along that edge.
+inline constexpr int kPanelEdgeBand = 64;
 
 PanelPlacement placePanel(const PanelPlacementRequest& request);
 

@@ -1,9 +1,10 @@
 #include "app/qt/LiveApp.h"
 
-#include <algorithm>
 #include <csignal>
+#include <cstdio>
 
 #include <QApplication>
+#include <QCursor>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QMenu>
@@ -12,15 +13,61 @@
 #include <QVBoxLayout>
 #include <QWidget>
 
+#include "app/PanelPlacement.h"
 #include "app/qt/AppModel.h"
 #include "app/qt/DebugLog.h"
 #include "app/qt/SessionSettings.h"
 #include "app/qt/SignalRelay.h"
+#include "platform/freedesktop/TrayItem.h"
 
 namespace trotlet::app {
 
+namespace {
+
+const char* tabTitle(PanelTab tab) {
+    switch (tab) {
+    case PanelTab::overview: return "Overview";
+    case PanelTab::processes: return "Processes";
+    case PanelTab::shop: return "Shop";
+    case PanelTab::settings: return "Settings";
+    }
+    return "Overview";
+}
+
+const char* detailTitle(MetricDetail detail) {
+    switch (detail) {
+    case MetricDetail::cpu: return "CPU";
+    case MetricDetail::memory: return "Memory";
+    case MetricDetail::network: return "Network";
+    case MetricDetail::disk: return "Disk";
+    case MetricDetail::battery: return "Battery";
+    case MetricDetail::heat: return "Heat";
+    case MetricDetail::weather: return "Weather";
+    case MetricDetail::pawreport: return "Paw Report";
+    case MetricDetail::gpu: return "GPU";
+    }
+    return "";
+}
+
+PanelRect toRect(const QRect& r) { return PanelRect{r.x(), r.y(), r.width(), r.height()}; }
+
+const char* anchorWords(PanelAnchor anchor) {
+    switch (anchor) {
+    case PanelAnchor::belowPoint: return "below the click";
+    case PanelAnchor::abovePoint: return "above the click";
+    case PanelAnchor::topRightCorner: return "top right corner";
+    }
+    return "";
+}
+
+}  // namespace
+
 LiveApp::LiveApp(const LaunchOptions& options, const std::vector<std::string>& args)
     : options_(options), settings_(makeSessionSettings(options, args)) {
+    // A detail screen lives on top of the Overview, so asking for one shows that tab.
+    tab_ = options_.detail ? PanelTab::overview : options_.tab.value_or(PanelTab::overview);
+    detail_ = options_.detail;
+
     signals_ = new SignalRelay(this);
     connect(signals_, &SignalRelay::panelToggleRequested, this,
             [this] { togglePanel(QStringLiteral("SIGUSR1")); });
@@ -47,6 +94,9 @@ void LiveApp::buildTray() {
     QAction* panelAction = menu_->addAction(QStringLiteral("Open Trotlet"));
     connect(panelAction, &QAction::triggered, this,
             [this] { togglePanel(QStringLiteral("menu")); });
+    QAction* settingsAction = menu_->addAction(QStringLiteral("Settings…"));
+    connect(settingsAction, &QAction::triggered, this,
+            [this] { showPanelTab(PanelTab::settings, QStringLiteral("menu: Settings…")); });
     menu_->addSeparator();
     QAction* quitAction = menu_->addAction(QStringLiteral("Quit Trotlet"));
     connect(quitAction, &QAction::triggered, this, [this] { quit(QStringLiteral("menu")); });
@@ -57,15 +107,20 @@ void LiveApp::buildTray() {
 
     model_ = new AppModel(options_, *settings_, menu_.get(), this);
     connect(model_, &AppModel::trayActivated, this, [this](QPoint point) {
-        lastClick_ = point;
+        // The global shortcut reports a null point: it was no click.
+        if (!point.isNull()) pendingClick_ = point;
         togglePanel(QStringLiteral("tray click"));
+        pendingClick_.reset();
     });
+    // Hosts send the token just before Activate; it is spent by the window that click raises.
+    connect(&model_->tray(), &platform::TrayItem::activationTokenProvided, this,
+            [this](const QString& token) { pendingToken_ = token; });
 }
 
 void LiveApp::buildPanel() {
     panel_ = std::make_unique<QWidget>(nullptr, Qt::Tool | Qt::FramelessWindowHint);
     panel_->setWindowTitle(QStringLiteral("Trotlet"));
-    panel_->resize(360, 240);
+    panel_->resize(panelSize_);
     auto* layout = new QVBoxLayout(panel_.get());
     auto* title = new QLabel(QStringLiteral("Trotlet"), panel_.get());
     QFont font = title->font();
@@ -75,7 +130,17 @@ void LiveApp::buildPanel() {
     layout->addWidget(title);
     layout->addWidget(new QLabel(QStringLiteral("A menu bar system monitor with a running mascot."),
                                  panel_.get()));
+    routeLabel_ = new QLabel(panel_.get());
+    routeLabel_->setObjectName(QStringLiteral("panelRoute"));
+    layout->addWidget(routeLabel_);
     layout->addStretch();
+    showRoute();
+}
+
+void LiveApp::showRoute() {
+    QString text = QString::fromLatin1(tabTitle(tab_));
+    if (detail_) text += QStringLiteral(" › ") + QString::fromLatin1(detailTitle(*detail_));
+    routeLabel_->setText(text);
 }
 
 bool LiveApp::isPanelOpen() const { return panel_ && panel_->isVisible(); }
@@ -87,28 +152,76 @@ void LiveApp::togglePanel(const QString& reason) {
         openPanel(reason);
 }
 
+void LiveApp::showPanelTab(PanelTab tab, const QString& reason) {
+    tab_ = tab;
+    detail_.reset();
+    showRoute();
+    debugLog(std::string("panel tab: ") + std::string(PanelTabNames[std::size_t(tab)]));
+    if (isPanelOpen()) {
+        panel_->raise();
+        panel_->activateWindow();
+    } else {
+        openPanel(reason);
+    }
+}
+
+// X11 window managers honour the position, so the panel hangs under the tray icon. Wayland
+// compositors place top-level windows themselves: the panel is a frameless tool window on the
+// chosen screen, wherever the compositor puts it, since only a layer-shell surface could be
+// anchored to the top edge and Qt 6.4 offers none.
+void LiveApp::placePanel() {
+    const QList<QScreen*> screens = QGuiApplication::screens();
+    PanelPlacementRequest request;
+    request.session = sessionTypeForPlatform(QGuiApplication::platformName().toStdString());
+    for (QScreen* screen : screens)
+        request.screens.push_back(PanelScreen{toRect(screen->geometry()), toRect(screen->availableGeometry()),
+                                              screen == QGuiApplication::primaryScreen()});
+    if (pendingClick_) request.click = PanelPoint{pendingClick_->x(), pendingClick_->y()};
+    const QPoint cursor = QCursor::pos();
+    request.cursor = PanelPoint{cursor.x(), cursor.y()};
+    request.panel = PanelSize{panelSize_.width(), panelSize_.height()};
+
+    const PanelPlacement placement = trotlet::app::placePanel(request);
+    if (placement.screen && panel_->screen() != screens[int(*placement.screen)])
+        panel_->setScreen(screens[int(*placement.screen)]);
+    const PanelRect& f = placement.frame;
+    panel_->resize(f.width, f.height);
+    panel_->move(f.x, f.y);
+    if (debugLogEnabled()) {
+        char line[160];
+        std::snprintf(line, sizeof line, "panel placed on screen %d at %d,%d size %dx%d (%s%s)",
+                      placement.screen ? int(*placement.screen) : -1, f.x, f.y, f.width, f.height,
+                      anchorWords(placement.anchor),
+                      placement.positionHonoured ? "" : "; the compositor decides the position");
+        debugLog(line);
+    }
+}
+
 void LiveApp::openPanel(const QString& reason) {
     if (isPanelOpen()) return;
-    // Below the point the tray host reported for the click, else the screen's top right.
-    const QRect anchor = lastClick_.isNull() ? QRect() : QRect(lastClick_, QSize(1, 1));
-    if (QScreen* screen = QGuiApplication::primaryScreen()) {
-        const QRect area = screen->availableGeometry();
-        QPoint topLeft = anchor.isValid() ? QPoint(anchor.center().x() - panel_->width() / 2, anchor.bottom() + 4)
-                                          : QPoint(area.right() - panel_->width() - 8, area.top() + 8);
-        topLeft.setX(std::clamp(topLeft.x(), area.left(), std::max(area.left(), area.right() - panel_->width())));
-        topLeft.setY(std::clamp(topLeft.y(), area.top(), std::max(area.top(), area.bottom() - panel_->height())));
-        panel_->move(topLeft);
-    }
+    placePanel();
+    const bool wayland = sessionTypeForPlatform(QGuiApplication::platformName().toStdString()) ==
+                         SessionType::wayland;
+    const QByteArray token = pendingToken_.toUtf8();
+    pendingToken_.clear();
+    // Qt's Wayland plugin presents XDG_ACTIVATION_TOKEN with the window's activation request,
+    // the same way Qt's own tray item hands a host's token over. Without a token the
+    // compositor may show the panel unfocused, or only flag it.
+    const bool useToken = wayland && !token.isEmpty();
+    if (useToken) qputenv("XDG_ACTIVATION_TOKEN", token);
     panel_->show();
     if (model_) model_->setPanelOpen(true);
     panel_->raise();
     panel_->activateWindow();
+    if (useToken) qunsetenv("XDG_ACTIVATION_TOKEN");
     debugLog(("panel opened (" + reason + ")").toStdString());
+    if (wayland) debugLog(useToken ? "panel activation token: presented" : "panel activation token: none");
 }
 
 void LiveApp::closePanel(const QString& reason) {
     if (!isPanelOpen()) return;
     panel_->hide();
+    pendingToken_.clear();
     if (model_) model_->setPanelOpen(false);
     debugLog(("panel closed (" + reason + ")").toStdString());
 }

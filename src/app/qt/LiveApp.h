@@ -1,15 +1,20 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include <QObject>
 #include <QPoint>
+#include <QSize>
+#include <QString>
 
 #include "app/AppSettings.h"
 #include "app/LaunchOptions.h"
+#include "app/PanelRoute.h"
 
+class QLabel;
 class QMenu;
 class QWidget;
 
@@ -29,23 +34,36 @@ public:
 
     AppSettings& settings() { return *settings_; }
     bool isPanelOpen() const;
+    PanelTab panelTab() const { return tab_; }
 
 public slots:
     void togglePanel(const QString& reason);
     void openPanel(const QString& reason);
+    // Opens the panel on a tab, or switches an open panel to it.
+    void showPanelTab(PanelTab tab, const QString& reason);
     void closePanel(const QString& reason);
     void quit(const QString& reason);
 
 private:
     void buildTray();
     void buildPanel();
+    void showRoute();
+    void placePanel();
 
     LaunchOptions options_;
     std::unique_ptr<AppSettings> settings_;
     std::unique_ptr<QMenu> menu_;
     AppModel* model_ = nullptr;
-    QPoint lastClick_;
+    // The point of the tray click that is about to open the panel; other ways of opening
+    // (menu, shortcut, signal) have none, and a stale click must not place them.
+    std::optional<QPoint> pendingClick_;
+    // A Wayland host's activation token for the window raised by the click it came with.
+    QString pendingToken_;
+    PanelTab tab_ = PanelTab::overview;
+    std::optional<MetricDetail> detail_;
+    QSize panelSize_{360, 240};
     std::unique_ptr<QWidget> panel_;
+    QLabel* routeLabel_ = nullptr;
     SignalRelay* signals_ = nullptr;
 };
 

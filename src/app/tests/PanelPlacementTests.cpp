@@ -1,10 +1,16 @@
 #include <gtest/gtest.h>
 
+#include <ostream>
 #include <string>
 
 #include "app/PanelPlacement.h"
 
 namespace trotlet::app {
+
+void PrintTo(const PanelRect& r, std::ostream* os) {
+    *os << r.x << "," << r.y << " " << r.width << "x" << r.height;
+}
+
 namespace {
 
 constexpr PanelSize kPanel{360, 240};
@@ -58,9 +64,15 @@ TEST(PanelPlacement, PlacesThePanelForEachLayout) {
         {"a click near the left edge keeps the panel on screen",
          x11, {kTopBar}, PanelPoint{5, 14}, std::nullopt, kPanel,
          0, PanelAnchor::belowPoint, {0, 28, 360, 240}},
-        {"an unreserved bar: the gap below the click point is kept",
+        {"an unreserved top bar (no window manager): below the bar the click sits in the middle of",
          x11, {screen({0, 0, 1920, 1080}, {0, 0, 1920, 1080}, true)}, PanelPoint{960, 14}, std::nullopt, kPanel,
-         0, PanelAnchor::belowPoint, {780, 18, 360, 240}},
+         0, PanelAnchor::belowPoint, {780, 29, 360, 240}},
+        {"a click well away from the edges keeps just the gap",
+         x11, {screen({0, 0, 1920, 1080}, {0, 0, 1920, 1080}, true)}, PanelPoint{960, 100}, std::nullopt, kPanel,
+         0, PanelAnchor::belowPoint, {780, 104, 360, 240}},
+        {"an unreserved bottom bar: above the bar the click sits in the middle of",
+         x11, {screen({0, 0, 1920, 1080}, {0, 0, 1920, 1080}, true)}, PanelPoint{960, 1066}, std::nullopt, kPanel,
+         0, PanelAnchor::abovePoint, {780, 813, 360, 240}},
         {"a bottom tray opens upwards, above the bar's strip",
          x11, {kBottomBar}, PanelPoint{960, 1066}, std::nullopt, kPanel,
          0, PanelAnchor::abovePoint, {780, 812, 360, 240}},
@@ -121,8 +133,7 @@ TEST(PanelPlacement, PlacesThePanelForEachLayout) {
         const PanelPlacement got = placePanel({c.session, c.screens, c.click, c.cursor, c.panel});
         EXPECT_EQ(got.screen, c.screen);
         EXPECT_EQ(anchorName(got.anchor), anchorName(c.anchor));
-        EXPECT_EQ(got.frame, c.frame) << got.frame.x << "," << got.frame.y << " " << got.frame.width << "x"
-                                      << got.frame.height;
+        EXPECT_EQ(got.frame, c.frame);
         EXPECT_EQ(got.positionHonoured, c.session == SessionType::x11);
     }
 }
