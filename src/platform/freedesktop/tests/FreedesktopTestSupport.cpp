@@ -130,13 +130,15 @@ int SignalRecorder::count(const QString& member) const {
 
 bool FakeWatcher::start(QDBusConnection bus) {
     return bus.registerObject(QStringLiteral("/StatusNotifierWatcher"), this,
-                              QDBusConnection::ExportAllSlots) &&
+                              QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllSignals |
+                                  QDBusConnection::ExportAllProperties) &&
            bus.registerService(QStringLiteral("org.kde.StatusNotifierWatcher"));
 }
 
 void FakeWatcher::RegisterStatusNotifierItem(const QString& service, const QDBusMessage& message) {
     registered.append(service);
     senders.append(message.service());
+    emit StatusNotifierItemRegistered(service);
 }
 
 }  // namespace trotlet::platform::testing

@@ -87,18 +87,30 @@ public slots:
     void record(const QDBusMessage& message);
 };
 
-// The test's own StatusNotifierWatcher: it records who registered which item.
+// The test's own StatusNotifierWatcher: it records who registered which item and, like a real
+// one, announces each registration and reports a host, so Qt's own tray check finds a tray.
 class FakeWatcher : public QObject {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierWatcher")
+    Q_PROPERTY(bool IsStatusNotifierHostRegistered READ isHostRegistered)
+    Q_PROPERTY(QStringList RegisteredStatusNotifierItems READ registeredItems)
+    Q_PROPERTY(int ProtocolVersion READ protocolVersion)
 public:
     // Claims the watcher's name on `bus`; false when that failed.
     bool start(QDBusConnection bus);
     QStringList registered;
     QStringList senders;
 
+    bool isHostRegistered() const { return true; }
+    QStringList registeredItems() const { return registered; }
+    int protocolVersion() const { return 0; }
+
 public slots:
     void RegisterStatusNotifierItem(const QString& service, const QDBusMessage& message);
+
+signals:
+    void StatusNotifierItemRegistered(const QString& service);
+    void StatusNotifierHostRegistered();
 };
 
 }  // namespace trotlet::platform::testing

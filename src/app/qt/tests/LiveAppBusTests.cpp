@@ -1,0 +1,359 @@
+// The real binary, started as a user's desktop would start it, seen only from outside: through a
+// private session bus where this test owns the StatusNotifierWatcher and the screen saver, on a
+// private X server, with the app's debug log read from its stderr.
+#include "platform/freedesktop/tests/FreedesktopFakeServices.h"
+#include "platform/freedesktop/tests/FreedesktopTestSupport.h"
+
+#include <QDBusArgument>
+#include <QDBusMessage>
+#include <QDBusVariant>
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QProcess>
+#include <QProcessEnvironment>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <optional>
+
+namespace trotlet::app {
+namespace {
+
+using platform::testing::FakeScreenSaver;
+using platform::testing::FakeWatcher;
+using platform::testing::PrivateBus;
+using platform::testing::SignalRecorder;
+using platform::testing::spinFor;
+using platform::testing::waitUntil;
+
+const QString kItemPath = QStringLiteral("/StatusNotifierItem");
+const QString kItemInterface = QStringLiteral("org.kde.StatusNotifierItem");
+
+// Start-up is slow on a loaded machine and slower again under the sanitizers; these only bound
+// the wait, a healthy run takes a fraction of them.
+constexpr int kStartMs = 30000;
+constexpr int kEventMs = 10000;
+// The mascot draws several frames a second while it runs; two seconds without one is a pause.
+constexpr int kQuietMs = 2000;
+
+// One IconPixmap entry, (iiay), decoded here rather than with the app's own types so a fault in
+// those cannot hide itself.
+struct Pixmap {
+    int width = 0;
+    int height = 0;
+    QByteArray bytes;
+    bool operator==(const Pixmap&) const = default;
+};
+
+QList<Pixmap> readPixmaps(const QDBusArgument& argument) {
+    QList<Pixmap> pixmaps;
+    argument.beginArray();
+    while (!argument.atEnd()) {
+        Pixmap p;
+        argument.beginStructure();
+        argument >> p.width >> p.height >> p.bytes;
+        argument.endStructure();
+        pixmaps.append(p);
+    }
+    argument.endArray();
+    return pixmaps;
+}
+
+struct ToolTip {
+    QString title;
+    QString description;
+};
+
+// (sa(iiay)ss): icon name, pixmaps, title, description.
+ToolTip readToolTip(const QDBusArgument& argument) {
+    ToolTip tip;
+    QString iconName;
+    argument.beginStructure();
+    argument >> iconName;
+    readPixmaps(argument);
+    argument >> tip.title >> tip.description;
+    argument.endStructure();
+    return tip;
+}
+
+// A private X server on a display number it picks itself, so parallel runs never collide.
+class VirtualDisplay {
+public:
+    VirtualDisplay() {
+        process_.setStandardErrorFile(QProcess::nullDevice());
+        process_.start(QStringLiteral("Xvfb"), {QStringLiteral("-displayfd"), QStringLiteral("1"),
+                                                QStringLiteral("-nolisten"), QStringLiteral("tcp"),
+                                                QStringLiteral("-screen"), QStringLiteral("0"),
+                                                QStringLiteral("1280x800x24")});
+        if (!process_.waitForStarted(5000)) return;
+        QDeadlineTimer deadline(10000);
+        QByteArray line;
+        while (!deadline.hasExpired() && !line.contains('\n') && process_.state() == QProcess::Running) {
+            process_.waitForReadyRead(100);
+            line += process_.readAllStandardOutput();
+        }
+        bool ok = false;
+        const int number = line.trimmed().toInt(&ok);
+        if (ok) name_ = QStringLiteral(":%1").arg(number);
+    }
+    ~VirtualDisplay() {
+        if (process_.state() == QProcess::NotRunning) return;
+        process_.terminate();
+        if (!process_.waitForFinished(3000)) process_.kill();
+        process_.waitForFinished(2000);
+    }
+    bool isRunning() const { return !name_.isEmpty(); }
+    QString name() const { return name_; }
+
+private:
+    QProcess process_;
+    QString name_;
+};
+
+// The app as a child process; its stderr is kept for the debug log lines.
+class AppProcess {
+public:
+    AppProcess() {
+        process_.setStandardOutputFile(QProcess::nullDevice());
+        QObject::connect(&process_, &QProcess::readyReadStandardError,
+                         [this] { log_ += QString::fromUtf8(process_.readAllStandardError()); });
+    }
+    ~AppProcess() {
+        if (process_.state() == QProcess::NotRunning) return;
+        process_.kill();
+        process_.waitForFinished(3000);
+    }
+
+    void start(const QStringList& arguments, const QProcessEnvironment& environment) {
+        process_.setProcessEnvironment(environment);
+        process_.start(QStringLiteral(TROTLET_BINARY), arguments);
+    }
+    bool isRunning() const { return process_.state() != QProcess::NotRunning; }
+    bool waitForLog(const QString& text, int timeoutMs = kEventMs) {
+        return waitUntil([&] { return log_.contains(text) || !isRunning(); }, timeoutMs) && log_.contains(text);
+    }
+    const QString& log() const { return log_; }
+
+    // SIGTERM; the exit code once the app has ended by itself, nothing when it crashed or hung.
+    std::optional<int> terminate(int timeoutMs) {
+        process_.terminate();
+        if (!waitUntil([&] { return !isRunning(); }, timeoutMs)) return std::nullopt;
+        log_ += QString::fromUtf8(process_.readAllStandardError());
+        if (process_.exitStatus() != QProcess::NormalExit) return std::nullopt;
+        return process_.exitCode();
+    }
+
+private:
+    QProcess process_;
+    QString log_;
+};
+
+class LiveAppOnPrivateBus : public ::testing::Test {
+protected:
+    void SetUp() override {
+        platform::testing::ensureApplication();
+        ASSERT_TRUE(bus.isRunning()) << "dbus-daemon did not start";
+        ASSERT_TRUE(display.isRunning()) << "Xvfb did not start";
+        ASSERT_TRUE(home.isValid());
+        for (const char* dir : {"home", "config/trotlet", "data", "cache", "run"})
+            ASSERT_TRUE(QDir().mkpath(home.filePath(QString::fromLatin1(dir))));
+        QFile::setPermissions(home.filePath(QStringLiteral("run")),
+                              QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+
+        watcherBus = bus.connect(QStringLiteral("watcher"));
+        ASSERT_TRUE(watcher.start(watcherBus)) << "could not own the watcher's name";
+        ASSERT_TRUE(screenSaver.start(bus.connect(QStringLiteral("screensaver"))));
+        hostBus = bus.connect(QStringLiteral("host"));
+        ASSERT_TRUE(hostBus.isConnected());
+        // Any sender: the item's signals are counted from its first frame, before it registers.
+        item = std::make_unique<SignalRecorder>(hostBus, QString(), kItemPath, kItemInterface);
+        announced = std::make_unique<SignalRecorder>(hostBus, QStringLiteral("org.kde.StatusNotifierWatcher"),
+                                                     QStringLiteral("/StatusNotifierWatcher"),
+                                                     QStringLiteral("org.kde.StatusNotifierWatcher"));
+    }
+
+    void writeSettings(const QByteArray& json) {
+        QFile file(home.filePath(QStringLiteral("config/trotlet/settings.json")));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(json);
+    }
+
+    QProcessEnvironment environment() const {
+        QProcessEnvironment env;
+        env.insert(QStringLiteral("PATH"), qEnvironmentVariable("PATH", QStringLiteral("/usr/bin:/bin")));
+        env.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
+        env.insert(QStringLiteral("TZ"), QStringLiteral("UTC"));
+        env.insert(QStringLiteral("HOME"), home.filePath(QStringLiteral("home")));
+        env.insert(QStringLiteral("XDG_CONFIG_HOME"), home.filePath(QStringLiteral("config")));
+        env.insert(QStringLiteral("XDG_DATA_HOME"), home.filePath(QStringLiteral("data")));
+        env.insert(QStringLiteral("XDG_CACHE_HOME"), home.filePath(QStringLiteral("cache")));
+        env.insert(QStringLiteral("XDG_RUNTIME_DIR"), home.filePath(QStringLiteral("run")));
+        // Both buses are the private one: nothing of this machine's desktop or logind is reached.
+        env.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), bus.address());
+        env.insert(QStringLiteral("DBUS_SYSTEM_BUS_ADDRESS"), bus.address());
+        env.insert(QStringLiteral("DISPLAY"), display.name());
+        env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
+        env.insert(QStringLiteral("TROTLET_ALLOW_MULTIPLE"), QStringLiteral("1"));
+        env.insert(QStringLiteral("TROTLET_QA_NO_HOTKEY"), QStringLiteral("1"));
+        env.insert(QStringLiteral("TROTLET_DEBUG_LOG"), QStringLiteral("1"));
+        // The ticker as a label beside the icon, so only the mascot's frames change the icon.
+        env.insert(QStringLiteral("TROTLET_TRAY_LABEL"), QStringLiteral("label"));
+        for (const char* name : {"ASAN_OPTIONS", "UBSAN_OPTIONS", "LSAN_OPTIONS"}) {
+            if (qEnvironmentVariableIsSet(name))
+                env.insert(QString::fromLatin1(name), qEnvironmentVariable(name));
+        }
+        return env;
+    }
+
+    // Starts the app and waits until its item has registered with the watcher.
+    ::testing::AssertionResult startApp(const QStringList& arguments) {
+        app.start(arguments, environment());
+        if (!waitUntil([&] { return !watcher.registered.isEmpty() || !app.isRunning(); }, kStartMs) ||
+            watcher.registered.isEmpty()) {
+            return ::testing::AssertionFailure() << "the item never registered with the watcher; the app said:\n"
+                                                 << app.log().toStdString();
+        }
+        itemOwner = watcher.senders.last();
+        return ::testing::AssertionSuccess();
+    }
+
+    QVariant property(const QString& name) {
+        return platform::testing::getProperty(hostBus, itemOwner, kItemPath, kItemInterface, name);
+    }
+    QList<Pixmap> iconPixmaps() {
+        const QVariant value = property(QStringLiteral("IconPixmap"));
+        if (!value.canConvert<QDBusArgument>()) return {};
+        return readPixmaps(value.value<QDBusArgument>());
+    }
+    int newIcons() const { return item->count(QStringLiteral("NewIcon")); }
+    // Waits for `count` more icons than there are now.
+    bool iconsKeepComing(int count) {
+        const int before = newIcons();
+        return waitUntil([&] { return newIcons() >= before + count; }, kEventMs);
+    }
+    ::testing::AssertionResult iconsStopFor(int ms) {
+        const int before = newIcons();
+        spinFor(ms);
+        if (newIcons() == before) return ::testing::AssertionSuccess();
+        return ::testing::AssertionFailure() << newIcons() - before << " new icons in " << ms << " ms";
+    }
+
+    void expectCleanQuit() {
+        const auto status = app.terminate(kEventMs);
+        ASSERT_TRUE(status.has_value()) << "SIGTERM did not end the app cleanly:\n" << app.log().toStdString();
+        EXPECT_EQ(*status, 0) << app.log().toStdString();
+        EXPECT_TRUE(app.log().contains(QStringLiteral("trotlet: quitting (SIGTERM)"))) << app.log().toStdString();
+    }
+
+    PrivateBus bus;
+    VirtualDisplay display;
+    QTemporaryDir home;
+    QDBusConnection watcherBus{QString()};
+    QDBusConnection hostBus{QString()};
+    FakeWatcher watcher;
+    FakeScreenSaver screenSaver;
+    std::unique_ptr<SignalRecorder> item;
+    std::unique_ptr<SignalRecorder> announced;
+    QString itemOwner;
+    AppProcess app;
+};
+
+TEST_F(LiveAppOnPrivateBus, RegistersAndAnimatesWhileTheMascotRuns) {
+    ASSERT_TRUE(startApp({QStringLiteral("--fixture"), QStringLiteral("busy"), QStringLiteral("--awake"),
+                          QStringLiteral("--skip-onboarding")}));
+    EXPECT_EQ(watcher.registered.size(), 1);
+    EXPECT_TRUE(watcher.registered.first().startsWith(QStringLiteral("org.kde.StatusNotifierItem-")))
+        << watcher.registered.first().toStdString();
+    ASSERT_TRUE(waitUntil([&] { return announced->count(QStringLiteral("StatusNotifierItemRegistered")) == 1; }));
+    EXPECT_EQ(property(QStringLiteral("Id")).toString(), QStringLiteral("trotlet"));
+
+    ASSERT_TRUE(iconsKeepComing(3)) << "the icon does not change while the mascot runs; " << newIcons()
+                                    << " icons so far\n" << app.log().toStdString();
+    const QList<Pixmap> first = iconPixmaps();
+    ASSERT_FALSE(first.isEmpty());
+    for (const Pixmap& p : first) {
+        EXPECT_GT(p.width, 0);
+        EXPECT_GT(p.height, 0);
+        EXPECT_EQ(p.bytes.size(), qsizetype(p.width) * p.height * 4) << p.width << "x" << p.height;
+    }
+    QList<Pixmap> later;
+    EXPECT_TRUE(waitUntil([&] {
+        later = iconPixmaps();
+        return !later.isEmpty() && later != first;
+    }, kEventMs)) << "IconPixmap read the same frame for ten seconds";
+    expectCleanQuit();
+}
+
+TEST_F(LiveAppOnPrivateBus, ScreenLockPausesTheMascotAndUnlockResumesIt) {
+    ASSERT_TRUE(startApp({QStringLiteral("--fixture"), QStringLiteral("busy"), QStringLiteral("--awake"),
+                          QStringLiteral("--skip-onboarding")}));
+    ASSERT_TRUE(iconsKeepComing(2)) << app.log().toStdString();
+
+    screenSaver.setActive(true);
+    ASSERT_TRUE(app.waitForLog(QStringLiteral("trotlet: screen locked: mascot paused"))) << app.log().toStdString();
+    spinFor(300);  // a frame already on the wire
+    EXPECT_TRUE(iconsStopFor(kQuietMs));
+
+    screenSaver.setActive(false);
+    ASSERT_TRUE(app.waitForLog(QStringLiteral("trotlet: screen unlocked: mascot resumed"))) << app.log().toStdString();
+    EXPECT_TRUE(iconsKeepComing(2)) << "the mascot stayed paused after the unlock";
+    expectCleanQuit();
+}
+
+TEST_F(LiveAppOnPrivateBus, PauseAnimationSettingShowsOneStillFrame) {
+    writeSettings(R"({"menuBar.pauseAnimation": true})");
+    ASSERT_TRUE(startApp({QStringLiteral("--fixture"), QStringLiteral("busy"), QStringLiteral("--awake")}));
+    ASSERT_TRUE(waitUntil([&] { return newIcons() >= 1; })) << app.log().toStdString();
+    EXPECT_FALSE(iconPixmaps().isEmpty());
+    EXPECT_TRUE(iconsStopFor(kQuietMs));
+    expectCleanQuit();
+}
+
+TEST_F(LiveAppOnPrivateBus, TickerReadingTravelsAsLabelAndToolTip) {
+    writeSettings(R"({"menuBar.textMetric": "cpu"})");
+    ASSERT_TRUE(startApp({QStringLiteral("--mock"), QStringLiteral("--awake")}));
+    const QRegularExpression percent(QStringLiteral("\\d+(\\.\\d+)?\\s?%"));
+
+    ASSERT_TRUE(waitUntil([&] { return item->count(QStringLiteral("XAyatanaNewLabel")) >= 1; }, kEventMs))
+        << app.log().toStdString();
+    QString signalled;
+    for (const auto& s : item->signals_) {
+        if (s.member == QStringLiteral("XAyatanaNewLabel") && s.arguments.size() == 2)
+            signalled = s.arguments.at(0).toString();
+    }
+    EXPECT_TRUE(percent.match(signalled).hasMatch()) << signalled.toStdString();
+
+    const QString label = property(QStringLiteral("XAyatanaLabel")).toString();
+    EXPECT_TRUE(percent.match(label).hasMatch()) << label.toStdString();
+    EXPECT_FALSE(property(QStringLiteral("XAyatanaLabelGuide")).toString().isEmpty());
+
+    ASSERT_TRUE(waitUntil([&] { return item->count(QStringLiteral("NewToolTip")) >= 1; }, kEventMs));
+    const ToolTip tip = readToolTip(property(QStringLiteral("ToolTip")).value<QDBusArgument>());
+    EXPECT_EQ(tip.title, QStringLiteral("Trotlet"));
+    EXPECT_TRUE(percent.match(tip.description).hasMatch()) << tip.description.toStdString();
+    expectCleanQuit();
+}
+
+TEST_F(LiveAppOnPrivateBus, ActivateOpensThenClosesThePanel) {
+    ASSERT_TRUE(startApp({QStringLiteral("--mock"), QStringLiteral("--skip-onboarding")}));
+    ASSERT_TRUE(app.waitForLog(QStringLiteral("trotlet: live app started")));
+
+    QDBusMessage reply = platform::testing::call(hostBus, itemOwner, kItemPath, kItemInterface,
+                                                 QStringLiteral("Activate"), {640, 12});
+    ASSERT_EQ(reply.type(), QDBusMessage::ReplyMessage) << reply.errorMessage().toStdString();
+    EXPECT_TRUE(app.waitForLog(QStringLiteral("trotlet: panel opened (tray click)"))) << app.log().toStdString();
+
+    reply = platform::testing::call(hostBus, itemOwner, kItemPath, kItemInterface, QStringLiteral("Activate"),
+                                    {640, 12});
+    ASSERT_EQ(reply.type(), QDBusMessage::ReplyMessage) << reply.errorMessage().toStdString();
+    EXPECT_TRUE(app.waitForLog(QStringLiteral("trotlet: panel closed (tray click)"))) << app.log().toStdString();
+    expectCleanQuit();
+}
+
+}  // namespace
+}  // namespace trotlet::app
