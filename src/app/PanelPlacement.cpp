@@ -65,8 +65,13 @@ PanelPlacement placePanel(const PanelPlacementRequest& request) {
     placement.anchor = PanelAnchor::topRightCorner;
     // Wayland compositors place top-level windows themselves, and the point a host reports
     // there is rarely in global coordinates, so only X11 hangs the panel off the click.
-    if (request.session == SessionType::x11 && clickScreen) {
-        const PanelPoint p = *request.click;
+    std::optional<PanelPoint> anchorPoint;
+    if (clickScreen)
+        anchorPoint = request.click;
+    else if (screenContaining(request.screens, request.lastTrayClick) == index)
+        anchorPoint = request.lastTrayClick;
+    if (request.session == SessionType::x11 && anchorPoint) {
+        const PanelPoint p = *anchorPoint;
         x = p.x - width / 2;
         // A click in the lower half means the tray sits at the bottom: open upwards so the
         // panel never covers the tray it came from. The work area's edge wins over the gap

@@ -60,12 +60,16 @@ struct PanelPlacementRequest {
     std::optional<PanelPoint> click;
     // Where the pointer is, when the window system tells.
     std::optional<PanelPoint> cursor;
+    // The point of the last tray click that placed the panel. An open without a click (the
+    // menu, the shortcut, a signal) still drops from the tray when this point is on the
+    // screen chosen for it.
+    std::optional<PanelPoint> lastTrayClick;
     PanelSize panel;
 };
 
 enum class PanelAnchor {
-    belowPoint,      // X11: hanging under the click, centred on it
-    abovePoint,      // X11: standing on the click, for a tray at the bottom of the screen
+    belowPoint,      // X11: hanging under the click (or the last one), centred on it
+    abovePoint,      // X11: standing on it, for a tray at the bottom of the screen
     topRightCorner,  // no usable click, or Wayland
 };
 

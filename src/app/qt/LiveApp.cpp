@@ -177,11 +177,13 @@ void LiveApp::placePanel() {
         request.screens.push_back(PanelScreen{toRect(screen->geometry()), toRect(screen->availableGeometry()),
                                               screen == QGuiApplication::primaryScreen()});
     if (pendingClick_) request.click = PanelPoint{pendingClick_->x(), pendingClick_->y()};
+    if (lastTrayClick_) request.lastTrayClick = PanelPoint{lastTrayClick_->x(), lastTrayClick_->y()};
     const QPoint cursor = QCursor::pos();
     request.cursor = PanelPoint{cursor.x(), cursor.y()};
     request.panel = PanelSize{panelSize_.width(), panelSize_.height()};
 
     const PanelPlacement placement = trotlet::app::placePanel(request);
+    if (placement.anchor != PanelAnchor::topRightCorner && pendingClick_) lastTrayClick_ = pendingClick_;
     if (placement.screen && panel_->screen() != screens[int(*placement.screen)])
         panel_->setScreen(screens[int(*placement.screen)]);
     const PanelRect& f = placement.frame;

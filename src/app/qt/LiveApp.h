@@ -55,8 +55,10 @@ private:
     std::unique_ptr<QMenu> menu_;
     AppModel* model_ = nullptr;
     // The point of the tray click that is about to open the panel; other ways of opening
-    // (menu, shortcut, signal) have none, and a stale click must not place them.
+    // (menu, shortcut, signal) have none.
     std::optional<QPoint> pendingClick_;
+    // The last click that placed the panel: the tray's position, for opens without a click.
+    std::optional<QPoint> lastTrayClick_;
     // A Wayland host's activation token for the window raised by the click it came with.
     QString pendingToken_;
     PanelTab tab_ = PanelTab::overview;

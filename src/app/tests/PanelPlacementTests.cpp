@@ -42,6 +42,19 @@ struct Case {
     PanelRect frame;
 };
 
+// The same cases again, for opens without a click after a tray click at `last`.
+struct LastClickCase {
+    std::string name;
+    SessionType session;
+    std::vector<PanelScreen> screens;
+    std::optional<PanelPoint> click;
+    std::optional<PanelPoint> cursor;
+    std::optional<PanelPoint> last;
+    std::optional<std::size_t> screen;
+    PanelAnchor anchor;
+    PanelRect frame;
+};
+
 std::string anchorName(PanelAnchor a) {
     switch (a) {
     case PanelAnchor::belowPoint: return "belowPoint";
@@ -130,11 +143,42 @@ TEST(PanelPlacement, PlacesThePanelForEachLayout) {
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
-        const PanelPlacement got = placePanel({c.session, c.screens, c.click, c.cursor, c.panel});
+        const PanelPlacement got = placePanel({c.session, c.screens, c.click, c.cursor, std::nullopt, c.panel});
         EXPECT_EQ(got.screen, c.screen);
         EXPECT_EQ(anchorName(got.anchor), anchorName(c.anchor));
         EXPECT_EQ(got.frame, c.frame);
         EXPECT_EQ(got.positionHonoured, c.session == SessionType::x11);
+    }
+}
+
+TEST(PanelPlacement, OpensWithoutAClickDropFromTheLastTrayClick) {
+    const auto x11 = SessionType::x11;
+    const std::vector<LastClickCase> cases = {
+        {"the menu's Settings item after a click on the top tray",
+         x11, {kTopBar}, std::nullopt, PanelPoint{500, 500}, PanelPoint{1900, 14},
+         0, PanelAnchor::belowPoint, {1560, 28, 360, 240}},
+        {"the shortcut on the screen of a bottom tray",
+         x11, {kBottomBar}, std::nullopt, std::nullopt, PanelPoint{960, 1066},
+         0, PanelAnchor::abovePoint, {780, 812, 360, 240}},
+        {"the cursor on another screen than the tray: that screen's corner",
+         x11, {kTopBar, kRightTall}, std::nullopt, PanelPoint{3000, 700}, PanelPoint{1900, 14},
+         1, PanelAnchor::topRightCorner, {4112, 40, 360, 240}},
+        {"a new click wins over the last one",
+         x11, {kTopBar, kRightTall}, PanelPoint{4400, 16}, std::nullopt, PanelPoint{1900, 14},
+         1, PanelAnchor::belowPoint, {4120, 32, 360, 240}},
+        {"a last click on no screen (a monitor unplugged since) is forgotten",
+         x11, {kTopBar}, std::nullopt, std::nullopt, PanelPoint{3000, 14},
+         0, PanelAnchor::topRightCorner, {1552, 36, 360, 240}},
+        {"wayland keeps the corner",
+         SessionType::wayland, {kTopBar}, std::nullopt, std::nullopt, PanelPoint{1900, 14},
+         0, PanelAnchor::topRightCorner, {1552, 36, 360, 240}},
+    };
+    for (const LastClickCase& c : cases) {
+        SCOPED_TRACE(c.name);
+        const PanelPlacement got = placePanel({c.session, c.screens, c.click, c.cursor, c.last, kPanel});
+        EXPECT_EQ(got.screen, c.screen);
+        EXPECT_EQ(anchorName(got.anchor), anchorName(c.anchor));
+        EXPECT_EQ(got.frame, c.frame);
     }
 }
 
@@ -146,7 +190,8 @@ TEST(PanelPlacement, NeverLeavesTheScreenOrCoversTheClick) {
     for (int x = -1400; x < 4600; x += 37) {
         for (int y = -50; y < 1500; y += 23) {
             const PanelPoint click{x, y};
-            const PanelPlacement got = placePanel({SessionType::x11, layout, click, std::nullopt, kPanel});
+            const PanelPlacement got =
+                placePanel({SessionType::x11, layout, click, std::nullopt, std::nullopt, kPanel});
             ASSERT_TRUE(got.screen);
             const PanelScreen& s = layout[*got.screen];
             const PanelRect& f = got.frame;
