@@ -6,6 +6,7 @@
 
 #include <QDBusArgument>
 #include <QDBusMessage>
+#include <QDBusObjectPath>
 #include <QDBusVariant>
 #include <QDeadlineTimer>
 #include <QDir>
@@ -33,6 +34,7 @@ using platform::testing::waitUntil;
 
 const QString kItemPath = QStringLiteral("/StatusNotifierItem");
 const QString kItemInterface = QStringLiteral("org.kde.StatusNotifierItem");
+const QString kMenuInterface = QStringLiteral("com.canonical.dbusmenu");
 
 // Start-up is slow on a loaded machine and slower again under the sanitizers; these only bound
 // the wait, a healthy run takes a fraction of them.
@@ -79,6 +81,38 @@ ToolTip readToolTip(const QDBusArgument& argument) {
     argument >> tip.title >> tip.description;
     argument.endStructure();
     return tip;
+}
+
+// One node of a dbusmenu layout, (ia{sv}av), again decoded by hand.
+struct MenuNode {
+    int id = 0;
+    QVariantMap properties;
+    QList<MenuNode> children;
+
+    QString label() const { return properties.value(QStringLiteral("label")).toString(); }
+    // The first item below this one whose label reads `text`, mnemonics aside.
+    const MenuNode* find(const QString& text) const {
+        for (const MenuNode& child : children) {
+            if (QString(child.label()).remove(QLatin1Char('_')) == text) return &child;
+            if (const MenuNode* found = child.find(text)) return found;
+        }
+        return nullptr;
+    }
+};
+
+MenuNode readMenuNode(const QDBusArgument& argument) {
+    MenuNode node;
+    argument.beginStructure();
+    argument >> node.id >> node.properties;
+    argument.beginArray();
+    while (!argument.atEnd()) {
+        QDBusVariant child;
+        argument >> child;
+        node.children.append(readMenuNode(child.variant().value<QDBusArgument>()));
+    }
+    argument.endArray();
+    argument.endStructure();
+    return node;
 }
 
 // A private X server on a display number it picks itself, so parallel runs never collide.
@@ -130,6 +164,7 @@ public:
     }
 
     void start(const QStringList& arguments, const QProcessEnvironment& environment) {
+        log_.clear();
         process_.setProcessEnvironment(environment);
         process_.start(QStringLiteral(TROTLET_BINARY), arguments);
     }
@@ -243,6 +278,40 @@ protected:
         return ::testing::AssertionFailure() << newIcons() - before << " new icons in " << ms << " ms";
     }
 
+    // The tray menu as a host reads it when the user opens it: AboutToShow, then the layout.
+    std::optional<MenuNode> openMenu() {
+        const QString path = property(QStringLiteral("Menu")).value<QDBusObjectPath>().path();
+        if (path.isEmpty()) return std::nullopt;
+        platform::testing::call(hostBus, itemOwner, path, kMenuInterface, QStringLiteral("AboutToShow"), {0});
+        const QDBusMessage reply = platform::testing::call(hostBus, itemOwner, path, kMenuInterface,
+                                                           QStringLiteral("GetLayout"), {0, -1, QStringList()});
+        if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().size() != 2) return std::nullopt;
+        return readMenuNode(reply.arguments().at(1).value<QDBusArgument>());
+    }
+    ::testing::AssertionResult clickMenuItem(const QString& text) {
+        const auto menu = openMenu();
+        if (!menu) return ::testing::AssertionFailure() << "no tray menu";
+        const MenuNode* entry = menu->find(text);
+        if (!entry) return ::testing::AssertionFailure() << "no menu item \"" << text.toStdString() << "\"";
+        const QString path = property(QStringLiteral("Menu")).value<QDBusObjectPath>().path();
+        const QDBusMessage reply =
+            platform::testing::call(hostBus, itemOwner, path, kMenuInterface, QStringLiteral("Event"),
+                                    {entry->id, QStringLiteral("clicked"), QVariant::fromValue(QDBusVariant(0)),
+                                     uint(0)});
+        if (reply.type() == QDBusMessage::ErrorMessage)
+            return ::testing::AssertionFailure() << reply.errorMessage().toStdString();
+        return ::testing::AssertionSuccess();
+    }
+
+    // Icons drawn over `ms` once the item has shown its first, per second.
+    double iconsPerSecond(int ms) {
+        const int before = newIcons();
+        QElapsedTimer timer;
+        timer.start();
+        spinFor(ms);
+        return (newIcons() - before) * 1000.0 / double(timer.elapsed());
+    }
+
     void expectCleanQuit() {
         const auto status = app.terminate(kEventMs);
         ASSERT_TRUE(status.has_value()) << "SIGTERM did not end the app cleanly:\n" << app.log().toStdString();
@@ -315,22 +384,39 @@ TEST_F(LiveAppOnPrivateBus, PauseAnimationSettingShowsOneStillFrame) {
 }
 
 TEST_F(LiveAppOnPrivateBus, TickerReadingTravelsAsLabelAndToolTip) {
-    writeSettings(R"({"menuBar.textMetric": "cpu"})");
+    writeSettings(R"({"menuBar.textMetric": "cpu", "monitoring.updateInterval": 0.5})");
     ASSERT_TRUE(startApp({QStringLiteral("--mock"), QStringLiteral("--awake")}));
     const QRegularExpression percent(QStringLiteral("\\d+(\\.\\d+)?\\s?%"));
 
     ASSERT_TRUE(waitUntil([&] { return item->count(QStringLiteral("XAyatanaNewLabel")) >= 1; }, kEventMs))
         << app.log().toStdString();
-    QString signalled;
-    for (const auto& s : item->signals_) {
-        if (s.member == QStringLiteral("XAyatanaNewLabel") && s.arguments.size() == 2)
-            signalled = s.arguments.at(0).toString();
-    }
-    EXPECT_TRUE(percent.match(signalled).hasMatch()) << signalled.toStdString();
-
     const QString label = property(QStringLiteral("XAyatanaLabel")).toString();
+    const QString guide = property(QStringLiteral("XAyatanaLabelGuide")).toString();
     EXPECT_TRUE(percent.match(label).hasMatch()) << label.toStdString();
-    EXPECT_FALSE(property(QStringLiteral("XAyatanaLabelGuide")).toString().isEmpty());
+    EXPECT_FALSE(guide.isEmpty());
+    EXPECT_GE(guide.size(), label.size()) << "guide \"" << guide.toStdString() << "\", label \""
+                                          << label.toStdString() << "\"";
+
+    // The readings change with every sample; the width the host reserves does not.
+    const auto labels = [&] {
+        QList<QPair<QString, QString>> seen;
+        for (const auto& s : item->signals_) {
+            if (s.member == QStringLiteral("XAyatanaNewLabel") && s.arguments.size() == 2)
+                seen.append({s.arguments.at(0).toString(), s.arguments.at(1).toString()});
+        }
+        return seen;
+    };
+    // With the panel open the readings come at the chosen interval instead of every few seconds.
+    const QDBusMessage reply = platform::testing::call(hostBus, itemOwner, kItemPath, kItemInterface,
+                                                       QStringLiteral("Activate"), {0, 0});
+    ASSERT_EQ(reply.type(), QDBusMessage::ReplyMessage) << reply.errorMessage().toStdString();
+    const qsizetype closedPanelLabels = labels().size();
+    ASSERT_TRUE(waitUntil([&] { return labels().size() >= closedPanelLabels + 3; }, kEventMs))
+        << "the ticker did not follow the readings: " << labels().size() << " labels\n" << app.log().toStdString();
+    for (const auto& [text, guide] : labels()) {
+        EXPECT_TRUE(percent.match(text).hasMatch()) << text.toStdString();
+        EXPECT_EQ(guide, labels().first().second) << "the guide moved with \"" << text.toStdString() << "\"";
+    }
 
     ASSERT_TRUE(waitUntil([&] { return item->count(QStringLiteral("NewToolTip")) >= 1; }, kEventMs));
     const ToolTip tip = readToolTip(property(QStringLiteral("ToolTip")).value<QDBusArgument>());
@@ -352,6 +438,65 @@ TEST_F(LiveAppOnPrivateBus, ActivateOpensThenClosesThePanel) {
                                     {640, 12});
     ASSERT_EQ(reply.type(), QDBusMessage::ReplyMessage) << reply.errorMessage().toStdString();
     EXPECT_TRUE(app.waitForLog(QStringLiteral("trotlet: panel closed (tray click)"))) << app.log().toStdString();
+    expectCleanQuit();
+}
+
+TEST_F(LiveAppOnPrivateBus, RegistersAgainWhenTheTrayHostRestarts) {
+    ASSERT_TRUE(startApp({QStringLiteral("--mock"), QStringLiteral("--skip-onboarding")}));
+    const QString service = watcher.registered.first();
+
+    // The panel crashes: its watcher leaves the bus with everything it knew.
+    watcherBus.unregisterService(QStringLiteral("org.kde.StatusNotifierWatcher"));
+    bus.disconnect(QStringLiteral("watcher"));
+    FakeWatcher restarted;
+    ASSERT_TRUE(restarted.start(bus.connect(QStringLiteral("watcher-again"))));
+    ASSERT_TRUE(waitUntil([&] { return !restarted.registered.isEmpty(); }, kEventMs))
+        << "the item did not register with the new watcher\n" << app.log().toStdString();
+    EXPECT_EQ(restarted.registered, QStringList{service});
+    EXPECT_EQ(restarted.senders, QStringList{itemOwner});
+    EXPECT_FALSE(iconPixmaps().isEmpty());
+    expectCleanQuit();
+}
+
+TEST_F(LiveAppOnPrivateBus, TrayMenuOpensThePanelFollowsItAndQuits) {
+    ASSERT_TRUE(startApp({QStringLiteral("--mock"), QStringLiteral("--skip-onboarding")}));
+    const auto menu = openMenu();
+    ASSERT_TRUE(menu.has_value());
+    ASSERT_TRUE(menu->find(QStringLiteral("Open Trotlet")));
+    ASSERT_TRUE(menu->find(QStringLiteral("Quit Trotlet")));
+
+    ASSERT_TRUE(clickMenuItem(QStringLiteral("Open Trotlet")));
+    ASSERT_TRUE(app.waitForLog(QStringLiteral("trotlet: panel opened (menu)"))) << app.log().toStdString();
+    // Shown again while the panel is open, the same item offers to close it.
+    const auto reopened = openMenu();
+    ASSERT_TRUE(reopened.has_value());
+    EXPECT_TRUE(reopened->find(QStringLiteral("Close Trotlet")));
+    EXPECT_FALSE(reopened->find(QStringLiteral("Open Trotlet")));
+
+    ASSERT_TRUE(clickMenuItem(QStringLiteral("Quit Trotlet")));
+    ASSERT_TRUE(waitUntil([&] { return !app.isRunning(); }, kEventMs)) << "Quit in the tray menu left the app running";
+    const auto status = app.terminate(kEventMs);  // already gone: collects the status
+    ASSERT_TRUE(status.has_value());
+    EXPECT_EQ(*status, 0);
+    EXPECT_TRUE(app.log().contains(QStringLiteral("trotlet: quitting (menu)"))) << app.log().toStdString();
+}
+
+TEST_F(LiveAppOnPrivateBus, BusyMascotRunsFasterThanAnIdleOne) {
+    const QStringList quiet = {QStringLiteral("--fixture"), QStringLiteral("idle"), QStringLiteral("--awake"),
+                               QStringLiteral("--skip-onboarding")};
+    ASSERT_TRUE(startApp(quiet));
+    ASSERT_TRUE(iconsKeepComing(1)) << app.log().toStdString();
+    const double idleRate = iconsPerSecond(kQuietMs);
+    expectCleanQuit();
+
+    watcher.registered.clear();
+    watcher.senders.clear();
+    ASSERT_TRUE(startApp({QStringLiteral("--fixture"), QStringLiteral("busy"), QStringLiteral("--awake"),
+                          QStringLiteral("--skip-onboarding")}));
+    ASSERT_TRUE(iconsKeepComing(1)) << app.log().toStdString();
+    const double busyRate = iconsPerSecond(kQuietMs);
+    EXPECT_GT(idleRate, 0.0) << "an idle mascot still walks";
+    EXPECT_GT(busyRate, 1.5 * idleRate) << "busy " << busyRate << " frames/s, idle " << idleRate << " frames/s";
     expectCleanQuit();
 }
 
