@@ -1,6 +1,9 @@
 #include "app/qt/AppModel.h"
 
+#include <algorithm>
+#include <chrono>
 #include <cstdlib>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -12,6 +15,7 @@
 #include "alerts/qt/NotificationController.h"
 #include "app/AppSettings.h"
 #include "app/qt/DebugLog.h"
+#include "layout/LayoutStore.h"
 #include "mascot/qt/MascotAnimator.h"
 #include "menubar/LabelPlacement.h"
 #include "menubar/qt/StatusItemController.h"
@@ -26,6 +30,9 @@
 #include "platform/freedesktop/ScreenLock.h"
 #include "platform/freedesktop/TrayItem.h"
 #include "shop/Catalog.h"
+#include "shop/qt/ShopAlerts.h"
+#include "shop/qt/ShopRuntime.h"
+#include "weather/qt/WeatherRuntime.h"
 
 namespace trotlet::app {
 
@@ -73,11 +80,15 @@ AppModel::AppModel(const LaunchOptions& options, AppSettings& settings, QMenu* t
     });
     if (power_)
         connect(power_, &metrics::PowerProfiles::lowPowerModeChanged, this, [this] { applyMascotSettings(); });
-    observers_.push_back(settings_.menuBar().observe([this](const std::string&) { applyMascotSettings(); }));
-    observers_.push_back(settings_.mascot().observe([this](const std::string&) { applyMascotSettings(); }));
-    observers_.push_back(settings_.monitoring().observe([this](const std::string&) {
+    observe(settings_.menuBar(), [this](const std::string&) {
+        applyMascotSettings();
+        applyExtraKinds();
+    });
+    observe(settings_.mascot(), [this](const std::string&) { applyMascotSettings(); });
+    observe(settings_.monitoring(), [this](const std::string&) {
         store_->setUpdateInterval(settings_.monitoring().updateInterval());
-    }));
+    });
+    applyExtraKinds();
 
     tray_ = platform::TrayItem::create(session, this);
     tray_->setMenu(trayMenu);
@@ -97,14 +108,16 @@ AppModel::AppModel(const LaunchOptions& options, AppSettings& settings, QMenu* t
     shortcut_ = new platform::GlobalShortcut(session, platform::GlobalShortcut::backendForSession(), this);
     connect(shortcut_, &platform::GlobalShortcut::activated, this, [this] { emit trayActivated(QPoint()); });
     applyGeneralSettings();
-    observers_.push_back(settings_.general().observe([this](const std::string& key) {
+    observe(settings_.general(), [this](const std::string& key) {
         if (key == "general.launchAtLogin") {
             const auto written = platform::Autostart::setEnabled(
                 settings_.general().launchAtLogin(), QCoreApplication::applicationFilePath().toStdString());
             if (!written) std::fprintf(stderr, "trotlet: %s\n", written.error.c_str());
         }
         applyGeneralSettings();
-    }));
+    });
+
+    buildEngines();
 
     connect(store_.get(), &metrics::MetricsStore::updated, this, &AppModel::onSample);
     store_->setTier(metrics::ConsumerTier::menuBarOnly);
@@ -113,20 +126,78 @@ AppModel::AppModel(const LaunchOptions& options, AppSettings& settings, QMenu* t
 }
 
 AppModel::~AppModel() {
-    // Consumers first: they hold references to the store, the animator and the tray item.
+    // The shop saves what is pending as it goes (its moments reach the notifications, so it
+    // goes before them); the weather stops its fetch and its settings observer.
+    delete shop_;
+    delete weather_;
+    // Consumers next: they hold references to the store, the animator and the tray item.
     delete statusItem_;
     delete notifications_;
     // Observers capture `this`; the groups outlive the model.
-    settings_.menuBar().unobserve(observers_[0]);
-    settings_.mascot().unobserve(observers_[1]);
-    settings_.monitoring().unobserve(observers_[2]);
-    settings_.general().unobserve(observers_[3]);
+    for (const auto& [group, id] : observers_) group->unobserve(id);
     store_->stop();
+}
+
+void AppModel::observe(SettingsGroup& group, std::function<void(const std::string&)> observer) {
+    observers_.emplace_back(&group, group.observe(std::move(observer)));
+}
+
+void AppModel::buildEngines() {
+    std::random_device entropy;
+    const std::uint64_t seed = (static_cast<std::uint64_t>(entropy()) << 32) ^ entropy();
+    const bool ephemeral = settings_.store().isEphemeral();
+
+    shop::ShopRuntime::Options shopOptions;
+    shopOptions.seed = seed;
+    shopOptions.goldenFishEnabled = settings_.mascot().goldenFish();
+    const shop::ShopDebugOptions debug = shop::ShopRuntime::debugOptionsFromArguments();
+    shopOptions.grantFish = debug.grantFish;
+    shop_ = new shop::ShopRuntime(shop::ShopRuntime::systemParts(debug, ephemeral, seed), shopOptions, this);
+    connect(shop_, &shop::ShopRuntime::momentRaised, this, [this](const shop::EconomyMoment& moment) {
+        debugLog("economy: " + moment.text);
+        if (const auto event = shop::alertEventFor(moment))
+            notifications_->onEvent(*event, std::chrono::system_clock::now());
+        using Kind = shop::EconomyMoment::Kind;
+        if (moment.kind == Kind::achievementUnlocked || moment.kind == Kind::purchased ||
+            moment.kind == Kind::mascotEarned)
+            animator_->celebrate();
+    });
+    connect(shop_, &shop::ShopRuntime::equippedChanged, this,
+            [this](const QString& id) { showEquippedMascot(id.toStdString()); });
+    showEquippedMascot(shop_->engine().inventory().equipped());
+    observe(settings_.mascot(), [this](const std::string&) {
+        shop_->setGoldenFishEnabled(settings_.mascot().goldenFish());
+    });
+    shop_->start();
+
+    weather_ = new weather::WeatherRuntime(settings_.weather(), ephemeral, this);
+    layout_ = std::make_unique<layout::LayoutStore>(settings_.layout(), settings_.monitoring());
+}
+
+void AppModel::showEquippedMascot(const std::string& mascotId) {
+    // A file may name a mascot this build doesn't know; the animator then keeps drawing the
+    // one it has.
+    if (!shop::Catalog::item(mascotId)) return;
+    animator_->equip(mascotId);
+    const std::string name = mascotDisplayName(animator_->drawnMascotId());
+    statusItem_->setMascotName(QString::fromStdString(name));
+    notifications_->setMascotName(name);
+}
+
+void AppModel::applyExtraKinds() {
+    // Reading the GPU can wake a sleeping discrete card, so it is sampled only while something
+    // shows it in the menu bar.
+    const auto& menuBar = settings_.menuBar();
+    const bool gpu = menuBar.speedSource() == LoadSource::gpu || menuBar.speedSource() == LoadSource::busiest ||
+                     menuBar.textMetric() == MenuBarTextMetric::gpu;
+    store_->setExtraKinds(gpu ? metrics::MetricKinds::gpu : metrics::MetricKinds());
 }
 
 void AppModel::setPanelOpen(bool open) {
     store_->setTier(open ? metrics::ConsumerTier::panelOpen : metrics::ConsumerTier::menuBarOnly);
     notifications_->setPanelOpen(open);
+    shop_->setPanelOpen(open);
+    weather_->setPanelOpen(open);
     if (open) store_->sampleNow();
 }
 
@@ -141,6 +212,18 @@ void AppModel::onSample() {
         animator_->setSettings(settings);
     animator_->ingest(snapshot);
     notifications_->onLatestSample(snapshot);
+
+    shop::ShopTick tick = shop::ShopTick::fromSnapshot(snapshot, store_->latestKinds());
+    tick.idleSeconds = idle_->idleSeconds();
+    const double distance = animator_->distanceMeters();
+    tick.metersRun = std::max(0.0, distance - lastDistance_);
+    lastDistance_ = distance;
+    const mascot::MascotMood mood = animator_->state().mood;
+    tick.mascotAsleep = mood == mascot::MascotMood::sleeping;
+    if (mood == mascot::MascotMood::overheated && lastMood_ != mascot::MascotMood::overheated)
+        shop_->mascotOverheated();
+    lastMood_ = mood;
+    shop_->tick(tick);
 }
 
 void AppModel::applyGeneralSettings() {

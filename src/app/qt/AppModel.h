@@ -1,16 +1,25 @@
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include <QObject>
 #include <QPoint>
 
 #include "app/LaunchOptions.h"
+#include "mascot/MascotMood.h"
 
 class QMenu;
 
 namespace trotlet::alerts {
 class NotificationController;
+}
+namespace trotlet::layout {
+class LayoutStore;
 }
 namespace trotlet::mascot {
 class MascotAnimator;
@@ -30,15 +39,24 @@ class ReduceMotion;
 class ScreenLock;
 class TrayItem;
 }
+namespace trotlet::shop {
+class ShopRuntime;
+}
+namespace trotlet::weather {
+class WeatherRuntime;
+}
 
 namespace trotlet::app {
 
 class AppSettings;
+class SettingsGroup;
 
-// The live app's engines, built from the options and wired for the tick: the metrics store
-// samples, and each published sample goes to the mascot animator, the status item and the
-// notification rules on the main thread. Desktop signals (idle time, low power, reduced
-// motion, screen lock) feed the animator's frame policy.
+// The live app's engines, built from the options in this order: the metrics store, the
+// mascot animator, the status item, the notification controller, the economy, the weather
+// and the Overview layout. Each published sample goes on the main thread to the animator, the
+// status item, the notification rules and the economy's passive tick. Desktop signals (idle
+// time, low power, reduced motion, screen lock) feed the animator's frame policy; the shop's
+// equipped mascot is the one the animator draws.
 class AppModel : public QObject {
     Q_OBJECT
 public:
@@ -46,12 +64,17 @@ public:
              QObject* parent = nullptr);
     ~AppModel() override;
 
-    // The panel's state decides the sampling tier and holds metric notifications.
+    // The panel's state decides the sampling tier, holds metric notifications, counts for
+    // the economy (Golden Fish, panel achievements) and wakes the weather for the header.
     void setPanelOpen(bool open);
 
     metrics::MetricsStore& store() { return *store_; }
     mascot::MascotAnimator& animator() { return *animator_; }
     platform::TrayItem& tray() { return *tray_; }
+    alerts::NotificationController& notifications() { return *notifications_; }
+    shop::ShopRuntime& shop() { return *shop_; }
+    weather::WeatherRuntime& weather() { return *weather_; }
+    layout::LayoutStore& layout() { return *layout_; }
 
 signals:
     void trayActivated(QPoint point);
@@ -59,7 +82,11 @@ signals:
 private:
     void applyGeneralSettings();
     void applyMascotSettings();
+    void applyExtraKinds();
+    void buildEngines();
+    void showEquippedMascot(const std::string& mascotId);
     void onSample();
+    void observe(SettingsGroup& group, std::function<void(const std::string&)> observer);
 
     const LaunchOptions options_;
     AppSettings& settings_;
@@ -74,7 +101,13 @@ private:
     menubar::StatusItemController* statusItem_ = nullptr;
     platform::Notifications* notifier_ = nullptr;
     alerts::NotificationController* notifications_ = nullptr;
-    std::vector<int> observers_;
+    shop::ShopRuntime* shop_ = nullptr;
+    weather::WeatherRuntime* weather_ = nullptr;
+    std::unique_ptr<layout::LayoutStore> layout_;
+    std::vector<std::pair<SettingsGroup*, int>> observers_;
+    // What the economy heard at the previous sample: the mascot's odometer and mood.
+    double lastDistance_ = 0;
+    std::optional<mascot::MascotMood> lastMood_;
 };
 
 }  // namespace trotlet::app
