@@ -82,16 +82,18 @@ PanelPlacement placePanel(const PanelPlacementRequest& request) {
             int bottom = std::min(p.y - kPanelClickGap, area.bottom());
             // Without a window manager nothing reserves the bar's strip, so the work area
             // reaches the screen's edge. Tray icons sit mid-bar: mirror the click's distance
-            // from the edge to find where the bar begins.
+            // from the edge to find where the bar begins, and assume a bar at least as thick
+            // as the usual ones, since a click on the icon's outer half mirrors short.
             const int fromEdge = whole.bottom() - 1 - p.y;
             if (area.bottom() >= whole.bottom() && fromEdge < kPanelEdgeBand)
-                bottom = std::min(bottom, whole.bottom() - 1 - 2 * fromEdge);
+                bottom = std::min(bottom, whole.bottom() - std::max(2 * fromEdge + 1, kPanelAssumedBar));
             y = bottom - height;
         } else {
             placement.anchor = PanelAnchor::belowPoint;
             y = std::max(p.y + kPanelClickGap, area.y);
             const int fromEdge = p.y - whole.y;
-            if (area.y <= whole.y && fromEdge < kPanelEdgeBand) y = std::max(y, whole.y + 2 * fromEdge + 1);
+            if (area.y <= whole.y && fromEdge < kPanelEdgeBand)
+                y = std::max(y, whole.y + std::max(2 * fromEdge + 1, kPanelAssumedBar));
         }
     }
     placement.frame.x = keepInside(x, width, area.x, area.right());

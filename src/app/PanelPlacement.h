@@ -89,6 +89,8 @@ inline constexpr int kPanelClickGap = 4;      // between the click point and the
 inline constexpr int kPanelCornerMargin = 8;  // from the available area's corner
 // A click this close to the screen's top or bottom edge is taken to be on a bar along that edge.
 inline constexpr int kPanelEdgeBand = 64;
+// The thickness assumed for such a bar when nothing reserves its strip.
+inline constexpr int kPanelAssumedBar = 32;
 
 PanelPlacement placePanel(const PanelPlacementRequest& request);
 

@@ -143,6 +143,12 @@ void LiveApp::showRoute() {
     routeLabel_->setText(text);
 }
 
+void LiveApp::logRoute() const {
+    std::string line = "panel tab: " + std::string(PanelTabNames[std::size_t(tab_)]);
+    if (detail_) line += ", detail: " + std::string(MetricDetailNames[std::size_t(*detail_)]);
+    debugLog(line);
+}
+
 bool LiveApp::isPanelOpen() const { return panel_ && panel_->isVisible(); }
 
 void LiveApp::togglePanel(const QString& reason) {
@@ -156,8 +162,8 @@ void LiveApp::showPanelTab(PanelTab tab, const QString& reason) {
     tab_ = tab;
     detail_.reset();
     showRoute();
-    debugLog(std::string("panel tab: ") + std::string(PanelTabNames[std::size_t(tab)]));
     if (isPanelOpen()) {
+        logRoute();
         panel_->raise();
         panel_->activateWindow();
     } else {
@@ -190,10 +196,12 @@ void LiveApp::placePanel() {
     panel_->resize(f.width, f.height);
     panel_->move(f.x, f.y);
     if (debugLogEnabled()) {
-        char line[160];
-        std::snprintf(line, sizeof line, "panel placed on screen %d at %d,%d size %dx%d (%s%s)",
+        char click[48] = "no click";
+        if (pendingClick_) std::snprintf(click, sizeof click, "click at %d,%d", pendingClick_->x(), pendingClick_->y());
+        char line[200];
+        std::snprintf(line, sizeof line, "panel placed on screen %d at %d,%d size %dx%d (%s; %s%s)",
                       placement.screen ? int(*placement.screen) : -1, f.x, f.y, f.width, f.height,
-                      anchorWords(placement.anchor),
+                      anchorWords(placement.anchor), click,
                       placement.positionHonoured ? "" : "; the compositor decides the position");
         debugLog(line);
     }
@@ -217,6 +225,7 @@ void LiveApp::openPanel(const QString& reason) {
     panel_->activateWindow();
     if (useToken) qunsetenv("XDG_ACTIVATION_TOKEN");
     debugLog(("panel opened (" + reason + ")").toStdString());
+    logRoute();
     if (wayland) debugLog(useToken ? "panel activation token: presented" : "panel activation token: none");
 }
 

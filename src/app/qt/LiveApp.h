@@ -48,6 +48,7 @@ private:
     void buildTray();
     void buildPanel();
     void showRoute();
+    void logRoute() const;
     void placePanel();
 
     LaunchOptions options_;
