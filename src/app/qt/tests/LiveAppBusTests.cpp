@@ -120,10 +120,12 @@ class VirtualDisplay {
 public:
     VirtualDisplay() {
         process_.setStandardErrorFile(QProcess::nullDevice());
+        // -noreset: the app's display check connects and leaves before Qt connects for good, and
+        // a server resetting after its last client has gone refuses connections for a moment.
         process_.start(QStringLiteral("Xvfb"), {QStringLiteral("-displayfd"), QStringLiteral("1"),
                                                 QStringLiteral("-nolisten"), QStringLiteral("tcp"),
-                                                QStringLiteral("-screen"), QStringLiteral("0"),
-                                                QStringLiteral("1280x800x24")});
+                                                QStringLiteral("-noreset"), QStringLiteral("-screen"),
+                                                QStringLiteral("0"), QStringLiteral("1280x800x24")});
         if (!process_.waitForStarted(5000)) return;
         QDeadlineTimer deadline(10000);
         QByteArray line;
