@@ -171,8 +171,10 @@ public:
         process_.start(QStringLiteral(TROTLET_BINARY), arguments);
     }
     bool isRunning() const { return process_.state() != QProcess::NotRunning; }
-    bool waitForLog(const QString& text, int timeoutMs = kEventMs) {
-        return waitUntil([&] { return log_.contains(text) || !isRunning(); }, timeoutMs) && log_.contains(text);
+    // Waits until the log holds `text` `times` times.
+    bool waitForLog(const QString& text, int times = 1) {
+        waitUntil([&] { return log_.count(text) >= times || !isRunning(); }, kEventMs);
+        return log_.count(text) >= times;
     }
     const QString& log() const { return log_; }
 
@@ -364,6 +366,8 @@ TEST_F(LiveAppOnPrivateBus, ScreenLockPausesTheMascotAndUnlockResumesIt) {
     ASSERT_TRUE(startApp({QStringLiteral("--fixture"), QStringLiteral("busy"), QStringLiteral("--awake"),
                           QStringLiteral("--skip-onboarding")}));
     ASSERT_TRUE(iconsKeepComing(2)) << app.log().toStdString();
+    // The app has asked the screen saver and heard "not active": it follows the signal from here.
+    ASSERT_TRUE(app.waitForLog(QStringLiteral("trotlet: screen unlocked: mascot resumed"))) << app.log().toStdString();
 
     screenSaver.setActive(true);
     ASSERT_TRUE(app.waitForLog(QStringLiteral("trotlet: screen locked: mascot paused"))) << app.log().toStdString();
@@ -371,7 +375,7 @@ TEST_F(LiveAppOnPrivateBus, ScreenLockPausesTheMascotAndUnlockResumesIt) {
     EXPECT_TRUE(iconsStopFor(kQuietMs));
 
     screenSaver.setActive(false);
-    ASSERT_TRUE(app.waitForLog(QStringLiteral("trotlet: screen unlocked: mascot resumed"))) << app.log().toStdString();
+    ASSERT_TRUE(app.waitForLog(QStringLiteral("trotlet: screen unlocked: mascot resumed"), 2)) << app.log().toStdString();
     EXPECT_TRUE(iconsKeepComing(2)) << "the mascot stayed paused after the unlock";
     expectCleanQuit();
 }
