@@ -3,6 +3,7 @@
 // private X server, with the app's debug log read from its stderr.
 #include "platform/freedesktop/tests/FreedesktopFakeServices.h"
 #include "platform/freedesktop/tests/FreedesktopTestSupport.h"
+#include "XWindowList.h"
 
 #include <QDBusArgument>
 #include <QDBusMessage>
@@ -115,6 +116,9 @@ MenuNode readMenuNode(const QDBusArgument& argument) {
     return node;
 }
 
+constexpr int kScreenWidth = 1280;
+constexpr int kScreenHeight = 800;
+
 // A private X server on a display number it picks itself, so parallel runs never collide.
 class VirtualDisplay {
 public:
@@ -125,7 +129,8 @@ public:
         process_.start(QStringLiteral("Xvfb"), {QStringLiteral("-displayfd"), QStringLiteral("1"),
                                                 QStringLiteral("-nolisten"), QStringLiteral("tcp"),
                                                 QStringLiteral("-noreset"), QStringLiteral("-screen"),
-                                                QStringLiteral("0"), QStringLiteral("1280x800x24")});
+                                                QStringLiteral("0"),
+                                                QStringLiteral("%1x%2x24").arg(kScreenWidth).arg(kScreenHeight)});
         if (!process_.waitForStarted(5000)) return;
         QDeadlineTimer deadline(10000);
         QByteArray line;
@@ -316,6 +321,14 @@ protected:
         return (newIcons() - before) * 1000.0 / double(timer.elapsed());
     }
 
+    // The app's panel as the X server shows it: a viewable top-level window named after the app.
+    std::optional<testing::XWindow> panelWindow() const {
+        for (const testing::XWindow& window : testing::viewableTopLevelWindows(display.name().toStdString())) {
+            if (window.name == "Trotlet") return window;
+        }
+        return std::nullopt;
+    }
+
     void expectCleanQuit() {
         const auto status = app.terminate(kEventMs);
         ASSERT_TRUE(status.has_value()) << "SIGTERM did not end the app cleanly:\n" << app.log().toStdString();
@@ -435,15 +448,31 @@ TEST_F(LiveAppOnPrivateBus, ActivateOpensThenClosesThePanel) {
     ASSERT_TRUE(startApp({QStringLiteral("--mock"), QStringLiteral("--skip-onboarding")}));
     ASSERT_TRUE(app.waitForLog(QStringLiteral("trotlet: live app started")));
 
+    EXPECT_FALSE(panelWindow()) << "a panel before any click";
+
+    // A click on an item in a top bar, as the host reports it.
+    const int clickX = 900;
+    const int clickY = 12;
     QDBusMessage reply = platform::testing::call(hostBus, itemOwner, kItemPath, kItemInterface,
-                                                 QStringLiteral("Activate"), {640, 12});
+                                                 QStringLiteral("Activate"), {clickX, clickY});
     ASSERT_EQ(reply.type(), QDBusMessage::ReplyMessage) << reply.errorMessage().toStdString();
     EXPECT_TRUE(app.waitForLog(QStringLiteral("trotlet: panel opened (tray click)"))) << app.log().toStdString();
+    std::optional<testing::XWindow> panel;
+    ASSERT_TRUE(waitUntil([&] { return (panel = panelWindow()).has_value(); }, kEventMs))
+        << "no panel window on the screen";
+    // Under the item, whole on the screen.
+    EXPECT_LE(panel->x, clickX);
+    EXPECT_GE(panel->x + panel->width, clickX);
+    EXPECT_GE(panel->y, clickY);
+    EXPECT_GE(panel->x, 0);
+    EXPECT_LE(panel->x + panel->width, kScreenWidth);
+    EXPECT_LE(panel->y + panel->height, kScreenHeight);
 
     reply = platform::testing::call(hostBus, itemOwner, kItemPath, kItemInterface, QStringLiteral("Activate"),
-                                    {640, 12});
+                                    {clickX, clickY});
     ASSERT_EQ(reply.type(), QDBusMessage::ReplyMessage) << reply.errorMessage().toStdString();
     EXPECT_TRUE(app.waitForLog(QStringLiteral("trotlet: panel closed (tray click)"))) << app.log().toStdString();
+    EXPECT_TRUE(waitUntil([&] { return !panelWindow(); }, kEventMs)) << "the panel stayed on the screen";
     expectCleanQuit();
 }
 
