@@ -26,6 +26,7 @@
 namespace trotlet::app {
 namespace {
 
+using platform::testing::FakePortalSettings;
 using platform::testing::FakeScreenSaver;
 using platform::testing::FakeWatcher;
 using platform::testing::PrivateBus;
@@ -287,6 +288,16 @@ protected:
         return ::testing::AssertionFailure() << newIcons() - before << " new icons in " << ms << " ms";
     }
 
+    // Waits, up to the event timeout, for `ms` in a row without a new icon.
+    bool iconsFallQuiet(int ms) {
+        QElapsedTimer total;
+        total.start();
+        while (total.elapsed() < kEventMs + ms) {
+            if (iconsStopFor(ms)) return true;
+        }
+        return false;
+    }
+
     // The tray menu as a host reads it when the user opens it: AboutToShow, then the layout.
     std::optional<MenuNode> openMenu() {
         const QString path = property(QStringLiteral("Menu")).value<QDBusObjectPath>().path();
@@ -390,6 +401,25 @@ TEST_F(LiveAppOnPrivateBus, ScreenLockPausesTheMascotAndUnlockResumesIt) {
     screenSaver.setActive(false);
     ASSERT_TRUE(app.waitForLog(QStringLiteral("trotlet: screen unlocked: mascot resumed"), 2)) << app.log().toStdString();
     EXPECT_TRUE(iconsKeepComing(2)) << "the mascot stayed paused after the unlock";
+    expectCleanQuit();
+}
+
+TEST_F(LiveAppOnPrivateBus, DesktopAskingForLessMotionStillsTheMascot) {
+    FakePortalSettings portal;
+    ASSERT_TRUE(portal.start(bus.connect(QStringLiteral("portal"))));
+    ASSERT_TRUE(startApp({QStringLiteral("--fixture"), QStringLiteral("busy"), QStringLiteral("--awake"),
+                          QStringLiteral("--skip-onboarding")}));
+    ASSERT_TRUE(iconsKeepComing(2)) << app.log().toStdString();
+
+    // GNOME's "Reduce animation" switch, as the settings portal announces it.
+    const QString gnome = QStringLiteral("org.gnome.desktop.interface");
+    const QString animations = QStringLiteral("enable-animations");
+    portal.change(gnome, animations, false);
+    EXPECT_TRUE(iconsFallQuiet(kQuietMs)) << "the mascot kept running with animations off";
+    EXPECT_FALSE(iconPixmaps().isEmpty()) << "a still mascot is still shown";
+
+    portal.change(gnome, animations, true);
+    EXPECT_TRUE(iconsKeepComing(2)) << "the mascot stayed still with animations back on";
     expectCleanQuit();
 }
 
