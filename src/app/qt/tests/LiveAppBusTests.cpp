@@ -247,7 +247,7 @@ protected:
         env.insert(QStringLiteral("TROTLET_QA_NO_HOTKEY"), QStringLiteral("1"));
         env.insert(QStringLiteral("TROTLET_DEBUG_LOG"), QStringLiteral("1"));
         // The ticker as a label beside the icon, so only the mascot's frames change the icon.
-        env.insert(QStringLiteral("TROTLET_TRAY_LABEL"), QStringLiteral("label"));
+        env.insert(QStringLiteral("TROTLET_TRAY_LABEL"), labelPlacement);
         for (const char* name : {"ASAN_OPTIONS", "UBSAN_OPTIONS", "LSAN_OPTIONS"}) {
             if (qEnvironmentVariableIsSet(name))
                 env.insert(QString::fromLatin1(name), qEnvironmentVariable(name));
@@ -347,6 +347,7 @@ protected:
         EXPECT_TRUE(app.log().contains(QStringLiteral("trotlet: quitting (SIGTERM)"))) << app.log().toStdString();
     }
 
+    QString labelPlacement = QStringLiteral("label");
     PrivateBus bus;
     VirtualDisplay display;
     QTemporaryDir home;
@@ -471,6 +472,26 @@ TEST_F(LiveAppOnPrivateBus, TickerReadingTravelsAsLabelAndToolTip) {
     const ToolTip tip = readToolTip(property(QStringLiteral("ToolTip")).value<QDBusArgument>());
     EXPECT_EQ(tip.title, QStringLiteral("Trotlet"));
     EXPECT_TRUE(percent.match(tip.description).hasMatch()) << tip.description.toStdString();
+    expectCleanQuit();
+}
+
+TEST_F(LiveAppOnPrivateBus, TickerDrawnIntoTheIconWidensItAndLeavesNoLabel) {
+    // Bars that keep a wide icon's width (waybar and the like) get the text in the picture.
+    labelPlacement = QStringLiteral("icon");
+    writeSettings(R"({"menuBar.textMetric": "cpu"})");
+    ASSERT_TRUE(startApp({QStringLiteral("--mock"), QStringLiteral("--awake")}));
+    QList<Pixmap> icon;
+    ASSERT_TRUE(waitUntil([&] {
+        icon = iconPixmaps();
+        return !icon.isEmpty() && icon.first().width > icon.first().height;
+    }, kEventMs)) << "the icon never grew wider than the mascot";
+    EXPECT_GE(icon.first().width, icon.first().height * 3 / 2) << icon.first().width << "x" << icon.first().height;
+    // Never shown twice: the host's own label stays empty.
+    EXPECT_TRUE(property(QStringLiteral("XAyatanaLabel")).toString().isEmpty());
+    EXPECT_TRUE(property(QStringLiteral("XAyatanaLabelGuide")).toString().isEmpty());
+    const ToolTip tip = readToolTip(property(QStringLiteral("ToolTip")).value<QDBusArgument>());
+    EXPECT_TRUE(QRegularExpression(QStringLiteral("\\d+%")).match(tip.description).hasMatch())
+        << tip.description.toStdString();
     expectCleanQuit();
 }
 
