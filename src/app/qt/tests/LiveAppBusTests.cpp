@@ -1,19 +1,19 @@
 // The real binary, started as a user's desktop would start it, seen only from outside: through a
 // private session bus where this test owns the StatusNotifierWatcher and the screen saver, on a
 // private X server, with the app's debug log read from its stderr.
+#include "LiveAppProcess.h"
+#include "TrayHostView.h"
+#include "XWindowList.h"
 #include "platform/freedesktop/tests/FreedesktopFakeServices.h"
 #include "platform/freedesktop/tests/FreedesktopTestSupport.h"
-#include "XWindowList.h"
 
 #include <QDBusArgument>
 #include <QDBusMessage>
 #include <QDBusObjectPath>
 #include <QDBusVariant>
-#include <QDeadlineTimer>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
-#include <QProcess>
 #include <QProcessEnvironment>
 #include <QRegularExpression>
 #include <QTemporaryDir>
@@ -33,6 +33,12 @@ using platform::testing::PrivateBus;
 using platform::testing::SignalRecorder;
 using platform::testing::spinFor;
 using platform::testing::waitUntil;
+using testing::MenuNode;
+using testing::Pixmap;
+using testing::readMenuNode;
+using testing::readPixmaps;
+using testing::readToolTip;
+using testing::ToolTip;
 
 const QString kItemPath = QStringLiteral("/StatusNotifierItem");
 const QString kItemInterface = QStringLiteral("org.kde.StatusNotifierItem");
@@ -45,158 +51,8 @@ constexpr int kEventMs = 10000;
 // The mascot draws several frames a second while it runs; two seconds without one is a pause.
 constexpr int kQuietMs = 2000;
 
-// One IconPixmap entry, (iiay), decoded here rather than with the app's own types so a fault in
-// those cannot hide itself.
-struct Pixmap {
-    int width = 0;
-    int height = 0;
-    QByteArray bytes;
-    bool operator==(const Pixmap&) const = default;
-};
-
-QList<Pixmap> readPixmaps(const QDBusArgument& argument) {
-    QList<Pixmap> pixmaps;
-    argument.beginArray();
-    while (!argument.atEnd()) {
-        Pixmap p;
-        argument.beginStructure();
-        argument >> p.width >> p.height >> p.bytes;
-        argument.endStructure();
-        pixmaps.append(p);
-    }
-    argument.endArray();
-    return pixmaps;
-}
-
-struct ToolTip {
-    QString title;
-    QString description;
-};
-
-// (sa(iiay)ss): icon name, pixmaps, title, description.
-ToolTip readToolTip(const QDBusArgument& argument) {
-    ToolTip tip;
-    QString iconName;
-    argument.beginStructure();
-    argument >> iconName;
-    readPixmaps(argument);
-    argument >> tip.title >> tip.description;
-    argument.endStructure();
-    return tip;
-}
-
-// One node of a dbusmenu layout, (ia{sv}av), again decoded by hand.
-struct MenuNode {
-    int id = 0;
-    QVariantMap properties;
-    QList<MenuNode> children;
-
-    QString label() const { return properties.value(QStringLiteral("label")).toString(); }
-    // The first item below this one whose label reads `text`, mnemonics aside.
-    const MenuNode* find(const QString& text) const {
-        for (const MenuNode& child : children) {
-            if (QString(child.label()).remove(QLatin1Char('_')) == text) return &child;
-            if (const MenuNode* found = child.find(text)) return found;
-        }
-        return nullptr;
-    }
-};
-
-MenuNode readMenuNode(const QDBusArgument& argument) {
-    MenuNode node;
-    argument.beginStructure();
-    argument >> node.id >> node.properties;
-    argument.beginArray();
-    while (!argument.atEnd()) {
-        QDBusVariant child;
-        argument >> child;
-        node.children.append(readMenuNode(child.variant().value<QDBusArgument>()));
-    }
-    argument.endArray();
-    argument.endStructure();
-    return node;
-}
-
 constexpr int kScreenWidth = 1280;
 constexpr int kScreenHeight = 800;
-
-// A private X server on a display number it picks itself, so parallel runs never collide.
-class VirtualDisplay {
-public:
-    VirtualDisplay() {
-        process_.setStandardErrorFile(QProcess::nullDevice());
-        // -noreset: the app's display check connects and leaves before Qt connects for good, and
-        // a server resetting after its last client has gone refuses connections for a moment.
-        process_.start(QStringLiteral("Xvfb"), {QStringLiteral("-displayfd"), QStringLiteral("1"),
-                                                QStringLiteral("-nolisten"), QStringLiteral("tcp"),
-                                                QStringLiteral("-noreset"), QStringLiteral("-screen"),
-                                                QStringLiteral("0"),
-                                                QStringLiteral("%1x%2x24").arg(kScreenWidth).arg(kScreenHeight)});
-        if (!process_.waitForStarted(5000)) return;
-        QDeadlineTimer deadline(10000);
-        QByteArray line;
-        while (!deadline.hasExpired() && !line.contains('\n') && process_.state() == QProcess::Running) {
-            process_.waitForReadyRead(100);
-            line += process_.readAllStandardOutput();
-        }
-        bool ok = false;
-        const int number = line.trimmed().toInt(&ok);
-        if (ok) name_ = QStringLiteral(":%1").arg(number);
-    }
-    ~VirtualDisplay() {
-        if (process_.state() == QProcess::NotRunning) return;
-        process_.terminate();
-        if (!process_.waitForFinished(3000)) process_.kill();
-        process_.waitForFinished(2000);
-    }
-    bool isRunning() const { return !name_.isEmpty(); }
-    QString name() const { return name_; }
-
-private:
-    QProcess process_;
-    QString name_;
-};
-
-// The app as a child process; its stderr is kept for the debug log lines.
-class AppProcess {
-public:
-    AppProcess() {
-        process_.setStandardOutputFile(QProcess::nullDevice());
-        QObject::connect(&process_, &QProcess::readyReadStandardError,
-                         [this] { log_ += QString::fromUtf8(process_.readAllStandardError()); });
-    }
-    ~AppProcess() {
-        if (process_.state() == QProcess::NotRunning) return;
-        process_.kill();
-        process_.waitForFinished(3000);
-    }
-
-    void start(const QStringList& arguments, const QProcessEnvironment& environment) {
-        log_.clear();
-        process_.setProcessEnvironment(environment);
-        process_.start(QStringLiteral(TROTLET_BINARY), arguments);
-    }
-    bool isRunning() const { return process_.state() != QProcess::NotRunning; }
-    // Waits until the log holds `text` `times` times.
-    bool waitForLog(const QString& text, int times = 1) {
-        waitUntil([&] { return log_.count(text) >= times || !isRunning(); }, kEventMs);
-        return log_.count(text) >= times;
-    }
-    const QString& log() const { return log_; }
-
-    // SIGTERM; the exit code once the app has ended by itself, nothing when it crashed or hung.
-    std::optional<int> terminate(int timeoutMs) {
-        process_.terminate();
-        if (!waitUntil([&] { return !isRunning(); }, timeoutMs)) return std::nullopt;
-        log_ += QString::fromUtf8(process_.readAllStandardError());
-        if (process_.exitStatus() != QProcess::NormalExit) return std::nullopt;
-        return process_.exitCode();
-    }
-
-private:
-    QProcess process_;
-    QString log_;
-};
 
 class LiveAppOnPrivateBus : public ::testing::Test {
 protected:
@@ -217,9 +73,10 @@ protected:
         ASSERT_TRUE(hostBus.isConnected());
         // Any sender: the item's signals are counted from its first frame, before it registers.
         item = std::make_unique<SignalRecorder>(hostBus, QString(), kItemPath, kItemInterface);
-        announced = std::make_unique<SignalRecorder>(hostBus, QStringLiteral("org.kde.StatusNotifierWatcher"),
-                                                     QStringLiteral("/StatusNotifierWatcher"),
-                                                     QStringLiteral("org.kde.StatusNotifierWatcher"));
+        announced = std::make_unique<SignalRecorder>(
+            hostBus, QStringLiteral("org.kde.StatusNotifierWatcher"),
+            QStringLiteral("/StatusNotifierWatcher"),
+            QStringLiteral("org.kde.StatusNotifierWatcher"));
     }
 
     void writeSettings(const QByteArray& json) {
@@ -230,7 +87,8 @@ protected:
 
     QProcessEnvironment environment() const {
         QProcessEnvironment env;
-        env.insert(QStringLiteral("PATH"), qEnvironmentVariable("PATH", QStringLiteral("/usr/bin:/bin")));
+        env.insert(QStringLiteral("PATH"),
+                   qEnvironmentVariable("PATH", QStringLiteral("/usr/bin:/bin")));
         env.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
         env.insert(QStringLiteral("TZ"), QStringLiteral("UTC"));
         env.insert(QStringLiteral("HOME"), home.filePath(QStringLiteral("home")));
@@ -258,10 +116,12 @@ protected:
     // Starts the app and waits until its item has registered with the watcher.
     ::testing::AssertionResult startApp(const QStringList& arguments) {
         app.start(arguments, environment());
-        if (!waitUntil([&] { return !watcher.registered.isEmpty() || !app.isRunning(); }, kStartMs) ||
+        if (!waitUntil([&] { return !watcher.registered.isEmpty() || !app.isRunning(); },
+                       kStartMs) ||
             watcher.registered.isEmpty()) {
-            return ::testing::AssertionFailure() << "the item never registered with the watcher; the app said:\n"
-                                                 << app.log().toStdString();
+            return ::testing::AssertionFailure()
+                   << "the item never registered with the watcher; the app said:\n"
+                   << app.log().toStdString();
         }
         itemOwner = watcher.senders.last();
         return ::testing::AssertionSuccess();
@@ -285,7 +145,8 @@ protected:
         const int before = newIcons();
         spinFor(ms);
         if (newIcons() == before) return ::testing::AssertionSuccess();
-        return ::testing::AssertionFailure() << newIcons() - before << " new icons in " << ms << " ms";
+        return ::testing::AssertionFailure()
+               << newIcons() - before << " new icons in " << ms << " ms";
     }
 
     // Waits, up to the event timeout, for `ms` in a row without a new icon.
@@ -302,22 +163,25 @@ protected:
     std::optional<MenuNode> openMenu() {
         const QString path = property(QStringLiteral("Menu")).value<QDBusObjectPath>().path();
         if (path.isEmpty()) return std::nullopt;
-        platform::testing::call(hostBus, itemOwner, path, kMenuInterface, QStringLiteral("AboutToShow"), {0});
-        const QDBusMessage reply = platform::testing::call(hostBus, itemOwner, path, kMenuInterface,
-                                                           QStringLiteral("GetLayout"), {0, -1, QStringList()});
-        if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().size() != 2) return std::nullopt;
+        platform::testing::call(hostBus, itemOwner, path, kMenuInterface,
+                                QStringLiteral("AboutToShow"), {0});
+        const QDBusMessage reply =
+            platform::testing::call(hostBus, itemOwner, path, kMenuInterface,
+                                    QStringLiteral("GetLayout"), {0, -1, QStringList()});
+        if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().size() != 2)
+            return std::nullopt;
         return readMenuNode(reply.arguments().at(1).value<QDBusArgument>());
     }
     ::testing::AssertionResult clickMenuItem(const QString& text) {
         const auto menu = openMenu();
         if (!menu) return ::testing::AssertionFailure() << "no tray menu";
         const MenuNode* entry = menu->find(text);
-        if (!entry) return ::testing::AssertionFailure() << "no menu item \"" << text.toStdString() << "\"";
+        if (!entry)
+            return ::testing::AssertionFailure() << "no menu item \"" << text.toStdString() << "\"";
         const QString path = property(QStringLiteral("Menu")).value<QDBusObjectPath>().path();
-        const QDBusMessage reply =
-            platform::testing::call(hostBus, itemOwner, path, kMenuInterface, QStringLiteral("Event"),
-                                    {entry->id, QStringLiteral("clicked"), QVariant::fromValue(QDBusVariant(0)),
-                                     uint(0)});
+        const QDBusMessage reply = platform::testing::call(
+            hostBus, itemOwner, path, kMenuInterface, QStringLiteral("Event"),
+            {entry->id, QStringLiteral("clicked"), QVariant::fromValue(QDBusVariant(0)), uint(0)});
         if (reply.type() == QDBusMessage::ErrorMessage)
             return ::testing::AssertionFailure() << reply.errorMessage().toStdString();
         return ::testing::AssertionSuccess();
@@ -334,7 +198,8 @@ protected:
 
     // The app's panel as the X server shows it: a viewable top-level window named after the app.
     std::optional<testing::XWindow> panelWindow() const {
-        for (const testing::XWindow& window : testing::viewableTopLevelWindows(display.name().toStdString())) {
+        for (const testing::XWindow& window :
+             testing::viewableTopLevelWindows(display.name().toStdString())) {
             if (window.name == "Trotlet") return window;
         }
         return std::nullopt;
@@ -342,14 +207,16 @@ protected:
 
     void expectCleanQuit() {
         const auto status = app.terminate(kEventMs);
-        ASSERT_TRUE(status.has_value()) << "SIGTERM did not end the app cleanly:\n" << app.log().toStdString();
+        ASSERT_TRUE(status.has_value()) << "SIGTERM did not end the app cleanly:\n"
+                                        << app.log().toStdString();
         EXPECT_EQ(*status, 0) << app.log().toStdString();
-        EXPECT_TRUE(app.log().contains(QStringLiteral("trotlet: quitting (SIGTERM)"))) << app.log().toStdString();
+        EXPECT_TRUE(app.log().contains(QStringLiteral("trotlet: quitting (SIGTERM)")))
+            << app.log().toStdString();
     }
 
     QString labelPlacement = QStringLiteral("label");
     PrivateBus bus;
-    VirtualDisplay display;
+    testing::VirtualDisplay display{kScreenWidth, kScreenHeight};
     QTemporaryDir home;
     QDBusConnection watcherBus{QString()};
     QDBusConnection hostBus{QString()};
@@ -358,20 +225,23 @@ protected:
     std::unique_ptr<SignalRecorder> item;
     std::unique_ptr<SignalRecorder> announced;
     QString itemOwner;
-    AppProcess app;
+    testing::LiveAppProcess app;
 };
 
 TEST_F(LiveAppOnPrivateBus, RegistersAndAnimatesWhileTheMascotRuns) {
-    ASSERT_TRUE(startApp({QStringLiteral("--fixture"), QStringLiteral("busy"), QStringLiteral("--awake"),
-                          QStringLiteral("--skip-onboarding")}));
+    ASSERT_TRUE(startApp({QStringLiteral("--fixture"), QStringLiteral("busy"),
+                          QStringLiteral("--awake"), QStringLiteral("--skip-onboarding")}));
     EXPECT_EQ(watcher.registered.size(), 1);
-    EXPECT_TRUE(watcher.registered.first().startsWith(QStringLiteral("org.kde.StatusNotifierItem-")))
+    EXPECT_TRUE(
+        watcher.registered.first().startsWith(QStringLiteral("org.kde.StatusNotifierItem-")))
         << watcher.registered.first().toStdString();
-    ASSERT_TRUE(waitUntil([&] { return announced->count(QStringLiteral("StatusNotifierItemRegistered")) == 1; }));
+    ASSERT_TRUE(waitUntil(
+        [&] { return announced->count(QStringLiteral("StatusNotifierItemRegistered")) == 1; }));
     EXPECT_EQ(property(QStringLiteral("Id")).toString(), QStringLiteral("trotlet"));
 
-    ASSERT_TRUE(iconsKeepComing(3)) << "the icon does not change while the mascot runs; " << newIcons()
-                                    << " icons so far\n" << app.log().toStdString();
+    ASSERT_TRUE(iconsKeepComing(3))
+        << "the icon does not change while the mascot runs; " << newIcons() << " icons so far\n"
+        << app.log().toStdString();
     const QList<Pixmap> first = iconPixmaps();
     ASSERT_FALSE(first.isEmpty());
     for (const Pixmap& p : first) {
@@ -380,27 +250,33 @@ TEST_F(LiveAppOnPrivateBus, RegistersAndAnimatesWhileTheMascotRuns) {
         EXPECT_EQ(p.bytes.size(), qsizetype(p.width) * p.height * 4) << p.width << "x" << p.height;
     }
     QList<Pixmap> later;
-    EXPECT_TRUE(waitUntil([&] {
-        later = iconPixmaps();
-        return !later.isEmpty() && later != first;
-    }, kEventMs)) << "IconPixmap read the same frame for ten seconds";
+    EXPECT_TRUE(waitUntil(
+        [&] {
+            later = iconPixmaps();
+            return !later.isEmpty() && later != first;
+        },
+        kEventMs))
+        << "IconPixmap read the same frame for ten seconds";
     expectCleanQuit();
 }
 
 TEST_F(LiveAppOnPrivateBus, ScreenLockPausesTheMascotAndUnlockResumesIt) {
-    ASSERT_TRUE(startApp({QStringLiteral("--fixture"), QStringLiteral("busy"), QStringLiteral("--awake"),
-                          QStringLiteral("--skip-onboarding")}));
+    ASSERT_TRUE(startApp({QStringLiteral("--fixture"), QStringLiteral("busy"),
+                          QStringLiteral("--awake"), QStringLiteral("--skip-onboarding")}));
     ASSERT_TRUE(iconsKeepComing(2)) << app.log().toStdString();
     // The app has asked the screen saver and heard "not active": it follows the signal from here.
-    ASSERT_TRUE(app.waitForLog(QStringLiteral("trotlet: screen unlocked: mascot resumed"))) << app.log().toStdString();
+    ASSERT_TRUE(app.waitForLog(QStringLiteral("trotlet: screen unlocked: mascot resumed")))
+        << app.log().toStdString();
 
     screenSaver.setActive(true);
-    ASSERT_TRUE(app.waitForLog(QStringLiteral("trotlet: screen locked: mascot paused"))) << app.log().toStdString();
+    ASSERT_TRUE(app.waitForLog(QStringLiteral("trotlet: screen locked: mascot paused")))
+        << app.log().toStdString();
     spinFor(300);  // a frame already on the wire
     EXPECT_TRUE(iconsStopFor(kQuietMs));
 
     screenSaver.setActive(false);
-    ASSERT_TRUE(app.waitForLog(QStringLiteral("trotlet: screen unlocked: mascot resumed"), 2)) << app.log().toStdString();
+    ASSERT_TRUE(app.waitForLog(QStringLiteral("trotlet: screen unlocked: mascot resumed"), 2))
+        << app.log().toStdString();
     EXPECT_TRUE(iconsKeepComing(2)) << "the mascot stayed paused after the unlock";
     expectCleanQuit();
 }
@@ -408,8 +284,8 @@ TEST_F(LiveAppOnPrivateBus, ScreenLockPausesTheMascotAndUnlockResumesIt) {
 TEST_F(LiveAppOnPrivateBus, DesktopAskingForLessMotionStillsTheMascot) {
     FakePortalSettings portal;
     ASSERT_TRUE(portal.start(bus.connect(QStringLiteral("portal"))));
-    ASSERT_TRUE(startApp({QStringLiteral("--fixture"), QStringLiteral("busy"), QStringLiteral("--awake"),
-                          QStringLiteral("--skip-onboarding")}));
+    ASSERT_TRUE(startApp({QStringLiteral("--fixture"), QStringLiteral("busy"),
+                          QStringLiteral("--awake"), QStringLiteral("--skip-onboarding")}));
     ASSERT_TRUE(iconsKeepComing(2)) << app.log().toStdString();
 
     // GNOME's "Reduce animation" switch, as the settings portal announces it.
@@ -426,7 +302,8 @@ TEST_F(LiveAppOnPrivateBus, DesktopAskingForLessMotionStillsTheMascot) {
 
 TEST_F(LiveAppOnPrivateBus, PauseAnimationSettingShowsOneStillFrame) {
     writeSettings(R"({"menuBar.pauseAnimation": true})");
-    ASSERT_TRUE(startApp({QStringLiteral("--fixture"), QStringLiteral("busy"), QStringLiteral("--awake")}));
+    ASSERT_TRUE(
+        startApp({QStringLiteral("--fixture"), QStringLiteral("busy"), QStringLiteral("--awake")}));
     ASSERT_TRUE(waitUntil([&] { return newIcons() >= 1; })) << app.log().toStdString();
     EXPECT_FALSE(iconPixmaps().isEmpty());
     EXPECT_TRUE(iconsStopFor(kQuietMs));
@@ -438,14 +315,15 @@ TEST_F(LiveAppOnPrivateBus, TickerReadingTravelsAsLabelAndToolTip) {
     ASSERT_TRUE(startApp({QStringLiteral("--mock"), QStringLiteral("--awake")}));
     const QRegularExpression percent(QStringLiteral("\\d+(\\.\\d+)?\\s?%"));
 
-    ASSERT_TRUE(waitUntil([&] { return item->count(QStringLiteral("XAyatanaNewLabel")) >= 1; }, kEventMs))
+    ASSERT_TRUE(
+        waitUntil([&] { return item->count(QStringLiteral("XAyatanaNewLabel")) >= 1; }, kEventMs))
         << app.log().toStdString();
     const QString label = property(QStringLiteral("XAyatanaLabel")).toString();
     const QString guide = property(QStringLiteral("XAyatanaLabelGuide")).toString();
     EXPECT_TRUE(percent.match(label).hasMatch()) << label.toStdString();
     EXPECT_FALSE(guide.isEmpty());
-    EXPECT_GE(guide.size(), label.size()) << "guide \"" << guide.toStdString() << "\", label \""
-                                          << label.toStdString() << "\"";
+    EXPECT_GE(guide.size(), label.size())
+        << "guide \"" << guide.toStdString() << "\", label \"" << label.toStdString() << "\"";
 
     // The readings change with every sample; the width the host reserves does not.
     const auto labels = [&] {
@@ -457,18 +335,21 @@ TEST_F(LiveAppOnPrivateBus, TickerReadingTravelsAsLabelAndToolTip) {
         return seen;
     };
     // With the panel open the readings come at the chosen interval instead of every few seconds.
-    const QDBusMessage reply = platform::testing::call(hostBus, itemOwner, kItemPath, kItemInterface,
-                                                       QStringLiteral("Activate"), {0, 0});
+    const QDBusMessage reply = platform::testing::call(
+        hostBus, itemOwner, kItemPath, kItemInterface, QStringLiteral("Activate"), {0, 0});
     ASSERT_EQ(reply.type(), QDBusMessage::ReplyMessage) << reply.errorMessage().toStdString();
     const qsizetype closedPanelLabels = labels().size();
     ASSERT_TRUE(waitUntil([&] { return labels().size() >= closedPanelLabels + 3; }, kEventMs))
-        << "the ticker did not follow the readings: " << labels().size() << " labels\n" << app.log().toStdString();
+        << "the ticker did not follow the readings: " << labels().size() << " labels\n"
+        << app.log().toStdString();
     for (const auto& [text, guide] : labels()) {
         EXPECT_TRUE(percent.match(text).hasMatch()) << text.toStdString();
-        EXPECT_EQ(guide, labels().first().second) << "the guide moved with \"" << text.toStdString() << "\"";
+        EXPECT_EQ(guide, labels().first().second)
+            << "the guide moved with \"" << text.toStdString() << "\"";
     }
 
-    ASSERT_TRUE(waitUntil([&] { return item->count(QStringLiteral("NewToolTip")) >= 1; }, kEventMs));
+    ASSERT_TRUE(
+        waitUntil([&] { return item->count(QStringLiteral("NewToolTip")) >= 1; }, kEventMs));
     const ToolTip tip = readToolTip(property(QStringLiteral("ToolTip")).value<QDBusArgument>());
     EXPECT_EQ(tip.title, QStringLiteral("Trotlet"));
     EXPECT_TRUE(percent.match(tip.description).hasMatch()) << tip.description.toStdString();
@@ -481,11 +362,15 @@ TEST_F(LiveAppOnPrivateBus, TickerDrawnIntoTheIconWidensItAndLeavesNoLabel) {
     writeSettings(R"({"menuBar.textMetric": "cpu"})");
     ASSERT_TRUE(startApp({QStringLiteral("--mock"), QStringLiteral("--awake")}));
     QList<Pixmap> icon;
-    ASSERT_TRUE(waitUntil([&] {
-        icon = iconPixmaps();
-        return !icon.isEmpty() && icon.first().width > icon.first().height;
-    }, kEventMs)) << "the icon never grew wider than the mascot";
-    EXPECT_GE(icon.first().width, icon.first().height * 3 / 2) << icon.first().width << "x" << icon.first().height;
+    ASSERT_TRUE(waitUntil(
+        [&] {
+            icon = iconPixmaps();
+            return !icon.isEmpty() && icon.first().width > icon.first().height;
+        },
+        kEventMs))
+        << "the icon never grew wider than the mascot";
+    EXPECT_GE(icon.first().width, icon.first().height * 3 / 2)
+        << icon.first().width << "x" << icon.first().height;
     // Never shown twice: the host's own label stays empty.
     EXPECT_TRUE(property(QStringLiteral("XAyatanaLabel")).toString().isEmpty());
     EXPECT_TRUE(property(QStringLiteral("XAyatanaLabelGuide")).toString().isEmpty());
@@ -507,7 +392,8 @@ TEST_F(LiveAppOnPrivateBus, ActivateOpensThenClosesThePanel) {
     QDBusMessage reply = platform::testing::call(hostBus, itemOwner, kItemPath, kItemInterface,
                                                  QStringLiteral("Activate"), {clickX, clickY});
     ASSERT_EQ(reply.type(), QDBusMessage::ReplyMessage) << reply.errorMessage().toStdString();
-    EXPECT_TRUE(app.waitForLog(QStringLiteral("trotlet: panel opened (tray click)"))) << app.log().toStdString();
+    EXPECT_TRUE(app.waitForLog(QStringLiteral("trotlet: panel opened (tray click)")))
+        << app.log().toStdString();
     std::optional<testing::XWindow> panel;
     ASSERT_TRUE(waitUntil([&] { return (panel = panelWindow()).has_value(); }, kEventMs))
         << "no panel window on the screen";
@@ -519,11 +405,13 @@ TEST_F(LiveAppOnPrivateBus, ActivateOpensThenClosesThePanel) {
     EXPECT_LE(panel->x + panel->width, kScreenWidth);
     EXPECT_LE(panel->y + panel->height, kScreenHeight);
 
-    reply = platform::testing::call(hostBus, itemOwner, kItemPath, kItemInterface, QStringLiteral("Activate"),
-                                    {clickX, clickY});
+    reply = platform::testing::call(hostBus, itemOwner, kItemPath, kItemInterface,
+                                    QStringLiteral("Activate"), {clickX, clickY});
     ASSERT_EQ(reply.type(), QDBusMessage::ReplyMessage) << reply.errorMessage().toStdString();
-    EXPECT_TRUE(app.waitForLog(QStringLiteral("trotlet: panel closed (tray click)"))) << app.log().toStdString();
-    EXPECT_TRUE(waitUntil([&] { return !panelWindow(); }, kEventMs)) << "the panel stayed on the screen";
+    EXPECT_TRUE(app.waitForLog(QStringLiteral("trotlet: panel closed (tray click)")))
+        << app.log().toStdString();
+    EXPECT_TRUE(waitUntil([&] { return !panelWindow(); }, kEventMs))
+        << "the panel stayed on the screen";
     expectCleanQuit();
 }
 
@@ -537,7 +425,8 @@ TEST_F(LiveAppOnPrivateBus, RegistersAgainWhenTheTrayHostRestarts) {
     FakeWatcher restarted;
     ASSERT_TRUE(restarted.start(bus.connect(QStringLiteral("watcher-again"))));
     ASSERT_TRUE(waitUntil([&] { return !restarted.registered.isEmpty(); }, kEventMs))
-        << "the item did not register with the new watcher\n" << app.log().toStdString();
+        << "the item did not register with the new watcher\n"
+        << app.log().toStdString();
     EXPECT_EQ(restarted.registered, QStringList{service});
     EXPECT_EQ(restarted.senders, QStringList{itemOwner});
     EXPECT_FALSE(iconPixmaps().isEmpty());
@@ -552,7 +441,8 @@ TEST_F(LiveAppOnPrivateBus, TrayMenuOpensThePanelFollowsItAndQuits) {
     ASSERT_TRUE(menu->find(QStringLiteral("Quit Trotlet")));
 
     ASSERT_TRUE(clickMenuItem(QStringLiteral("Open Trotlet")));
-    ASSERT_TRUE(app.waitForLog(QStringLiteral("trotlet: panel opened (menu)"))) << app.log().toStdString();
+    ASSERT_TRUE(app.waitForLog(QStringLiteral("trotlet: panel opened (menu)")))
+        << app.log().toStdString();
     // Shown again while the panel is open, the same item offers to close it.
     const auto reopened = openMenu();
     ASSERT_TRUE(reopened.has_value());
@@ -560,16 +450,18 @@ TEST_F(LiveAppOnPrivateBus, TrayMenuOpensThePanelFollowsItAndQuits) {
     EXPECT_FALSE(reopened->find(QStringLiteral("Open Trotlet")));
 
     ASSERT_TRUE(clickMenuItem(QStringLiteral("Quit Trotlet")));
-    ASSERT_TRUE(waitUntil([&] { return !app.isRunning(); }, kEventMs)) << "Quit in the tray menu left the app running";
+    ASSERT_TRUE(waitUntil([&] { return !app.isRunning(); }, kEventMs))
+        << "Quit in the tray menu left the app running";
     const auto status = app.terminate(kEventMs);  // already gone: collects the status
     ASSERT_TRUE(status.has_value());
     EXPECT_EQ(*status, 0);
-    EXPECT_TRUE(app.log().contains(QStringLiteral("trotlet: quitting (menu)"))) << app.log().toStdString();
+    EXPECT_TRUE(app.log().contains(QStringLiteral("trotlet: quitting (menu)")))
+        << app.log().toStdString();
 }
 
 TEST_F(LiveAppOnPrivateBus, BusyMascotRunsFasterThanAnIdleOne) {
-    const QStringList quiet = {QStringLiteral("--fixture"), QStringLiteral("idle"), QStringLiteral("--awake"),
-                               QStringLiteral("--skip-onboarding")};
+    const QStringList quiet = {QStringLiteral("--fixture"), QStringLiteral("idle"),
+                               QStringLiteral("--awake"), QStringLiteral("--skip-onboarding")};
     ASSERT_TRUE(startApp(quiet));
     ASSERT_TRUE(iconsKeepComing(1)) << app.log().toStdString();
     const double idleRate = iconsPerSecond(kQuietMs);
@@ -577,12 +469,13 @@ TEST_F(LiveAppOnPrivateBus, BusyMascotRunsFasterThanAnIdleOne) {
 
     watcher.registered.clear();
     watcher.senders.clear();
-    ASSERT_TRUE(startApp({QStringLiteral("--fixture"), QStringLiteral("busy"), QStringLiteral("--awake"),
-                          QStringLiteral("--skip-onboarding")}));
+    ASSERT_TRUE(startApp({QStringLiteral("--fixture"), QStringLiteral("busy"),
+                          QStringLiteral("--awake"), QStringLiteral("--skip-onboarding")}));
     ASSERT_TRUE(iconsKeepComing(1)) << app.log().toStdString();
     const double busyRate = iconsPerSecond(kQuietMs);
     EXPECT_GT(idleRate, 0.0) << "an idle mascot still walks";
-    EXPECT_GT(busyRate, 1.5 * idleRate) << "busy " << busyRate << " frames/s, idle " << idleRate << " frames/s";
+    EXPECT_GT(busyRate, 1.5 * idleRate)
+        << "busy " << busyRate << " frames/s, idle " << idleRate << " frames/s";
     expectCleanQuit();
 }
 
