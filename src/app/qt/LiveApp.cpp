@@ -172,9 +172,10 @@ void LiveApp::showPanelTab(PanelTab tab, const QString& reason) {
 }
 
 // X11 window managers honour the position, so the panel hangs under the tray icon. Wayland
-// compositors place top-level windows themselves: the panel is a frameless tool window on the
-// chosen screen, wherever the compositor puts it, since only a layer-shell surface could be
-// anchored to the top edge and Qt 6.4 offers none.
+// compositors place top-level windows themselves, output included (sway opens the panel on
+// the focused output whatever screen Qt was given): only a layer-shell surface could be
+// anchored to the top edge, and Qt 6.4 offers none. The chosen screen still sets the scale
+// the panel first renders at.
 void LiveApp::placePanel() {
     const QList<QScreen*> screens = QGuiApplication::screens();
     PanelPlacementRequest request;
@@ -193,7 +194,13 @@ void LiveApp::placePanel() {
     if (placement.screen && panel_->screen() != screens[int(*placement.screen)])
         panel_->setScreen(screens[int(*placement.screen)]);
     const PanelRect& f = placement.frame;
-    panel_->resize(f.width, f.height);
+    if (placement.positionHonoured) {
+        panel_->resize(f.width, f.height);
+    } else {
+        // Tiling compositors (sway among them) float a window whose minimum and maximum
+        // sizes agree, instead of tiling the panel across the workspace.
+        panel_->setFixedSize(f.width, f.height);
+    }
     panel_->move(f.x, f.y);
     if (debugLogEnabled()) {
         char click[48] = "no click";
