@@ -61,7 +61,9 @@ PanelPlacement placePanel(const PanelPlacementRequest& request) {
     placement.frame.height = height;
 
     int x = area.right() - width - kPanelCornerMargin;
-    int y = area.y + kPanelCornerMargin;
+    // A work area that reaches the screen's top may still have an unreserved bar there.
+    int y = area.y > screen.geometry.y ? area.y + kPanelCornerMargin
+                                       : area.y + std::max(kPanelCornerMargin, kPanelAssumedBar);
     placement.anchor = PanelAnchor::topRightCorner;
     // Wayland compositors place top-level windows themselves, and the point a host reports
     // there is rarely in global coordinates, so only X11 hangs the panel off the click.
