@@ -80,8 +80,9 @@ struct PanelPlacement {
     // The window's frame: its top-left, and its size shrunk to the screen's available area
     // when the panel is bigger than that.
     PanelRect frame;
-    // False on Wayland, where compositors ignore a client's position for top-level windows;
-    // there only the screen and the frameless window's size take effect.
+    // False on Wayland, where compositors ignore a client's position for top-level windows
+    // and usually pick the output too (sway opens windows on the focused one); there only the
+    // size takes effect, and the screen is a hint for the scale the panel first renders at.
     bool positionHonoured = true;
 };
 
