@@ -204,7 +204,10 @@ void LiveApp::placePanel() {
     panel_->move(f.x, f.y);
     if (debugLogEnabled()) {
         char click[48] = "no click";
-        if (pendingClick_) std::snprintf(click, sizeof click, "click at %d,%d", pendingClick_->x(), pendingClick_->y());
+        if (pendingClick_)
+            std::snprintf(click, sizeof click, "click at %d,%d", pendingClick_->x(), pendingClick_->y());
+        else if (placement.anchor != PanelAnchor::topRightCorner && lastTrayClick_)
+            std::snprintf(click, sizeof click, "last tray click at %d,%d", lastTrayClick_->x(), lastTrayClick_->y());
         char line[200];
         std::snprintf(line, sizeof line, "panel placed on screen %d at %d,%d size %dx%d (%s; %s%s)",
                       placement.screen ? int(*placement.screen) : -1, f.x, f.y, f.width, f.height,
