@@ -153,6 +153,8 @@ void AppModel::buildEngines() {
     const shop::ShopDebugOptions debug = shop::ShopRuntime::debugOptionsFromArguments();
     shopOptions.grantFish = debug.grantFish;
     shop_ = new shop::ShopRuntime(shop::ShopRuntime::systemParts(debug, ephemeral, seed), shopOptions, this);
+    const auto shopFolder = shop_->persistence().fileDirectory();
+    debugLog(shopFolder ? "shop file in " + *shopFolder : std::string("shop in memory (never saved to disk)"));
     connect(shop_, &shop::ShopRuntime::momentRaised, this, [this](const shop::EconomyMoment& moment) {
         debugLog("economy: " + moment.text);
         if (const auto event = shop::alertEventFor(moment))
