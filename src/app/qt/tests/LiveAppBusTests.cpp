@@ -310,6 +310,18 @@ TEST_F(LiveAppOnPrivateBus, PauseAnimationSettingShowsOneStillFrame) {
     expectCleanQuit();
 }
 
+TEST_F(LiveAppOnPrivateBus, HiddenMascotLeavesAStillGlyph) {
+    writeSettings(R"({"menuBar.showMascot": false})");
+    ASSERT_TRUE(
+        startApp({QStringLiteral("--fixture"), QStringLiteral("busy"), QStringLiteral("--awake")}));
+    ASSERT_TRUE(waitUntil([&] { return newIcons() >= 1; })) << app.log().toStdString();
+    const QList<Pixmap> glyph = iconPixmaps();
+    ASSERT_FALSE(glyph.isEmpty());
+    EXPECT_TRUE(iconsStopFor(kQuietMs)) << "the icon kept changing with the mascot hidden";
+    EXPECT_EQ(iconPixmaps(), glyph);
+    expectCleanQuit();
+}
+
 TEST_F(LiveAppOnPrivateBus, TickerReadingTravelsAsLabelAndToolTip) {
     writeSettings(R"({"menuBar.textMetric": "cpu", "monitoring.updateInterval": 0.5})");
     ASSERT_TRUE(startApp({QStringLiteral("--mock"), QStringLiteral("--awake")}));
