@@ -76,19 +76,22 @@ AppModel::AppModel(const LaunchOptions& options, AppSettings& settings, QMenu* t
     connect(reduceMotion_, &platform::ReduceMotion::changed, this, [this] { applyMascotSettings(); });
     connect(screenLock_, &platform::ScreenLock::lockedChanged, this, [this](bool locked) {
         debugLog(locked ? "screen locked: mascot paused" : "screen unlocked: mascot resumed");
-        animator_->setPaused(locked);
+        screenLocked_ = locked;
+        applyPause();
     });
     if (power_)
         connect(power_, &metrics::PowerProfiles::lowPowerModeChanged, this, [this] { applyMascotSettings(); });
     observe(settings_.menuBar(), [this](const std::string&) {
         applyMascotSettings();
         applyExtraKinds();
+        applyPause();
     });
     observe(settings_.mascot(), [this](const std::string&) { applyMascotSettings(); });
     observe(settings_.monitoring(), [this](const std::string&) {
         store_->setUpdateInterval(settings_.monitoring().updateInterval());
     });
     applyExtraKinds();
+    applyPause();
 
     tray_ = platform::TrayItem::create(session, this);
     tray_->setMenu(trayMenu);
@@ -173,6 +176,16 @@ void AppModel::buildEngines() {
     shop_->start();
 
     weather_ = new weather::WeatherRuntime(settings_.weather(), ephemeral, this);
+    statusItem_->setWeatherText([this]() -> QString {
+        if (!settings_.weather().showInMenuBar()) return {};
+        const bool fahrenheit = settings_.monitoring().temperatureUnit() == TemperatureUnit::fahrenheit;
+        const auto text = weather_->store().menuBarText(fahrenheit);
+        return text ? QString::fromStdString(*text) : QString();
+    });
+    // A new forecast, or the switch turned on, shows before the next sample.
+    connect(&weather_->store(), &weather::WeatherStore::changed, statusItem_,
+            &menubar::StatusItemController::weatherChanged);
+    observe(settings_.weather(), [this](const std::string&) { statusItem_->weatherChanged(); });
     layout_ = std::make_unique<layout::LayoutStore>(settings_.layout(), settings_.monitoring());
 }
 
@@ -184,6 +197,11 @@ void AppModel::showEquippedMascot(const std::string& mascotId) {
     const std::string name = mascotDisplayName(animator_->drawnMascotId());
     statusItem_->setMascotName(QString::fromStdString(name));
     notifications_->setMascotName(name);
+}
+
+void AppModel::applyPause() {
+    // With the mascot hidden the item shows a still glyph: frames nobody sees cost nothing.
+    animator_->setPaused(screenLocked_ || !settings_.menuBar().showMascot());
 }
 
 void AppModel::applyExtraKinds() {

@@ -83,6 +83,7 @@ private:
     void applyGeneralSettings();
     void applyMascotSettings();
     void applyExtraKinds();
+    void applyPause();
     void buildEngines();
     void showEquippedMascot(const std::string& mascotId);
     void onSample();
@@ -95,6 +96,7 @@ private:
     platform::IdleMonitor* idle_ = nullptr;
     platform::ReduceMotion* reduceMotion_ = nullptr;
     platform::ScreenLock* screenLock_ = nullptr;
+    bool screenLocked_ = false;
     platform::GlobalShortcut* shortcut_ = nullptr;
     mascot::MascotAnimator* animator_ = nullptr;
     std::unique_ptr<platform::TrayItem> tray_;

@@ -85,6 +85,11 @@ void StatusItemController::setMascotName(const QString& name) {
     showReadings();
 }
 
+void StatusItemController::setWeatherText(std::function<QString()> text) {
+    weatherText_ = std::move(text);
+    showReadings();
+}
+
 void StatusItemController::settingsChanged() {
     sticky_.reset();
     showFrame();
@@ -125,14 +130,25 @@ void StatusItemController::showReadings() {
     const auto metric = settings_.menuBar().textMetric();
 
     const std::string text = tickerText(metric, snapshot, monitoring.temperatureUnit(), monitoring.networkUnit());
-    if (text.empty()) {
-        tray_.setLabel(QString(), QString());
-    } else {
+    QString label;
+    QString labelGuide;
+    if (!text.empty()) {
         const std::string& guide = sampleGuide(metric);
         const auto reserved = sticky_.update(guide, width_.sampleWidth(metric), text,
                                              width_.reservedWidth(metric, text), secondsNow());
-        tray_.setLabel(QString::fromStdString(text), QString::fromStdString(reserved.guide));
+        label = QString::fromStdString(text);
+        labelGuide = QString::fromStdString(reserved.guide);
     }
+    const QString weather = weatherText_ ? weatherText_() : QString();
+    if (!weather.isEmpty()) {
+        // The temperature changes by the hour, not by the sample: a guide of three digits and
+        // a sign is enough to keep it from pushing the item around.
+        const QString separator = QStringLiteral("  ");
+        label += (label.isEmpty() ? QString() : separator) + weather;
+        labelGuide += (labelGuide.isEmpty() ? QString() : separator) + QStringLiteral("-188") +
+                      weather.right(weather.size() - weather.lastIndexOf(QChar(0x00B0)));
+    }
+    tray_.setLabel(label, labelGuide);
 
     const std::string mood = mascot::MoodLine::text(animator_.state(), snapshot, mascotName_.toStdString(),
                                                     std::nullopt, settings_.menuBar().speedSource(),

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <string>
 
@@ -41,6 +42,12 @@ public:
     // The mascot's display name for the tooltip ("Mochi").
     void setMascotName(const QString& name);
 
+    // The weather's temperature beside the reading ("12°C"), asked for at every redraw; empty
+    // when the weather is off or not known yet.
+    void setWeatherText(std::function<QString()> text);
+    // The weather or its switch changed: redraw the label without waiting for a sample.
+    void weatherChanged() { showReadings(); }
+
     // Re-reads the menu-bar settings (after a change) and redraws.
     void settingsChanged();
 
@@ -58,6 +65,7 @@ private:
     StickyWidth sticky_;
     std::map<app::MenuBarTextMetric, std::string> sampleGuides_;
     QString mascotName_ = QStringLiteral("Mochi");
+    std::function<QString()> weatherText_;
     int menuBarObserver_ = -1;
     int monitoringObserver_ = -1;
 };
