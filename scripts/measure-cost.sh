@@ -9,8 +9,8 @@
 # -m also prints, on stderr, the app's resident memory by mapping at the end of the run.
 # SETTINGS_JSON is written as the run's settings file, e.g. '{"menuBar.maxFPS": 24}'.
 #
-# COMMAND defaults to build/release/trotlet. Needs Xvfb, dbus-daemon and xfce4-panel
-# (scripts/tray-host-check.sh installs the latter). Exits 1 when the app dies early.
+# COMMAND defaults to build/release/trotlet. Installs Xvfb, dbus and xfce4-panel from the
+# Debian mirror when missing. Exits 1 when the app dies early.
 set -euo pipefail
 
 ROOT=$(cd "$(dirname "$0")/.." && pwd)
@@ -29,7 +29,6 @@ while getopts "n:w:s:m" opt; do
 done
 shift $((OPTIND - 1))
 if [ $# -eq 0 ]; then set -- "$ROOT/build/release/trotlet"; fi
-command -v xfce4-panel >/dev/null || { echo "measure-cost: xfce4-panel is missing (run scripts/tray-host-check.sh once)" >&2; exit 1; }
 
 WORK=$(mktemp -d /tmp/measure-cost.XXXXXX)
 pids=()
@@ -40,29 +39,14 @@ cleanup() {
 }
 trap cleanup EXIT
 
-export HOME=$WORK/home XDG_CONFIG_HOME=$WORK/home/.config XDG_DATA_HOME=$WORK/home/.local/share
-export XDG_CACHE_HOME=$WORK/home/.cache XDG_RUNTIME_DIR=$WORK/run
-mkdir -p "$XDG_CONFIG_HOME/xfce4/xfconf/xfce-perchannel-xml" "$XDG_RUNTIME_DIR"; chmod 700 "$XDG_RUNTIME_DIR"
+# shellcheck source=lib/xfce-tray-host.sh
+. "$ROOT/scripts/lib/xfce-tray-host.sh"
+tray_host_install
+tray_host_start "${DISPLAY_NUM:-88}" 800x120 "$WORK"
 if [ -n "$SETTINGS_JSON" ]; then
   mkdir -p "$XDG_CONFIG_HOME/trotlet"
   printf '%s\n' "$SETTINGS_JSON" > "$XDG_CONFIG_HOME/trotlet/settings.json"
 fi
-unset WAYLAND_DISPLAY
-export XDG_SESSION_TYPE=x11 XDG_CURRENT_DESKTOP=XFCE
-# The same one-tray panel as the host check.
-sed -n "/^cat > .*xfce4-panel.xml.*<<'XML'$/,/^XML$/p" "$ROOT/scripts/tray-host-check.sh" | sed '1d;$d' \
-  > "$XDG_CONFIG_HOME/xfce4/xfconf/xfce-perchannel-xml/xfce4-panel.xml"
-
-DISPLAY_NUM=${DISPLAY_NUM:-88}
-export DISPLAY=:$DISPLAY_NUM
-Xvfb "$DISPLAY" -screen 0 800x120x24 -nolisten tcp >/dev/null 2>&1 & pids+=($!)
-for _ in $(seq 50); do [ -e /tmp/.X11-unix/X$DISPLAY_NUM ] && break; sleep 0.1; done
-dbus-daemon --session --nofork --print-address=3 3>"$WORK/bus" >/dev/null 2>&1 & pids+=($!)
-for _ in $(seq 50); do [ -s "$WORK/bus" ] && break; sleep 0.1; done
-export DBUS_SESSION_BUS_ADDRESS=$(head -n1 "$WORK/bus")
-
-xfce4-panel --disable-wm-check >/dev/null 2>&1 & pids+=($!)
-PANEL_PID=${pids[-1]}
 sleep 2
 "$@" >"$WORK/app.out" 2>"$WORK/app.log" & pids+=($!)
 APP_PID=${pids[-1]}
