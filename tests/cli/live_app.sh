@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # The live app on a real X server (run under xvfb-run) with a minimal tray host: the allocator
 # re-exec seen from /proc, SIGUSR1 toggling the panel, SIGTERM and SIGINT quitting cleanly,
-# and a clear refusal when there is no tray.
+# waiting for a tray that comes late, and a clear refusal when none comes.
 set -uo pipefail
 trotlet=$1
 fake_tray=$2
@@ -47,15 +47,26 @@ if [[ -z ${DISPLAY:-} ]]; then
     exit 1
 fi
 
-# No tray yet: the app says so and stops.
-timeout 20 "$trotlet" >"$work/out" 2>"$work/err"
+# No tray at all: the app waits its while, says so and stops.
+TROTLET_TRAY_WAIT_SECONDS=1 timeout 20 "$trotlet" >"$work/out" 2>"$work/err"
 status=$?
 [[ $status == 1 ]] || fail "without a tray the app exited $status"
+grep -qx 'trotlet: waiting up to 1 s for a system tray' "$work/err" || fail "no word of the wait: $(cat "$work/err")"
 grep -q '^trotlet: no system tray is available' "$work/err" || fail "without a tray: $(cat "$work/err")"
 
+# Started before the desktop's panel, as at login: the app waits and comes up with the tray.
+TROTLET_TRAY_WAIT_SECONDS=30 "$trotlet" >"$work/early.out" 2>"$work/early" &
+early=$!
+pids+=("$early")
+wait_for "$work/early" "trotlet: waiting up to 30 s for a system tray" 10 || fail "the early copy did not wait: $(cat "$work/early")"
 "$fake_tray" >"$work/tray" 2>&1 &
 pids+=($!)
 wait_for "$work/tray" ready 10 || { echo "FAIL: the fake tray did not start: $(cat "$work/tray")"; exit 1; }
+wait_for "$work/early" "trotlet: live app started" 30 || fail "the early copy did not come up with the tray: $(cat "$work/early")"
+kill -TERM "$early" 2>/dev/null
+wait "$early"
+status=$?
+[[ $status == 0 ]] || fail "the early copy exited $status: $(cat "$work/early")"
 
 # start_app <log> [env assignments...]: starts the app with the arguments in $app_args,
 # waits until it runs; sets $app.

@@ -1,5 +1,7 @@
 #include "app/qt/Application.h"
 
+#include <algorithm>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
@@ -8,7 +10,9 @@
 
 #include <QApplication>
 #include <QCoreApplication>
-#include <QSystemTrayIcon>
+#include <QDBusConnection>
+#include <QDeadlineTimer>
+#include <QEventLoop>
 #include <QTimer>
 
 #include "app/DesktopTheme.h"
@@ -16,6 +20,7 @@
 #include "app/qt/HeadlessModes.h"
 #include "app/qt/LiveApp.h"
 #include "app/qt/SingleInstance.h"
+#include "platform/freedesktop/TrayItem.h"
 
 namespace trotlet::app {
 
@@ -27,6 +32,33 @@ int runHeadless(const LaunchOptions& options, int& argc, char** argv) {
     QCoreApplication app(argc, argv);
     QTimer::singleShot(0, &app, [&options] { QCoreApplication::exit(runHeadlessMode(options)); });
     return app.exec();
+}
+
+// Started at login, the app can come up before the desktop's panel: give the tray a while.
+// TROTLET_TRAY_WAIT_SECONDS changes the wait (0: don't wait).
+int trayWaitSeconds() {
+    const char* text = std::getenv("TROTLET_TRAY_WAIT_SECONDS");
+    if (!text || !*text) return 60;
+    char* end = nullptr;
+    const long seconds = std::strtol(text, &end, 10);
+    return *end == '\0' && seconds >= 0 ? static_cast<int>(std::min(seconds, 3600L)) : 60;
+}
+
+bool waitForTray(int seconds) {
+    const QDBusConnection bus = QDBusConnection::sessionBus();
+    if (platform::TrayItem::hostPresent(bus)) return true;
+    if (seconds <= 0) return false;
+    std::fprintf(stderr, "trotlet: waiting up to %d s for a system tray\n", seconds);
+    // A few bus and X round trips twice a second, only until a tray shows up.
+    const QDeadlineTimer deadline{std::chrono::seconds(seconds)};
+    QEventLoop loop;
+    QTimer poll;
+    QObject::connect(&poll, &QTimer::timeout, &loop, [&] {
+        if (platform::TrayItem::hostPresent(bus) || deadline.hasExpired()) loop.quit();
+    });
+    poll.start(500);
+    loop.exec();
+    return platform::TrayItem::hostPresent(bus);
 }
 
 int runLive(const LaunchOptions& options, int& argc, char** argv) {
@@ -47,7 +79,7 @@ int runLive(const LaunchOptions& options, int& argc, char** argv) {
     QApplication::setApplicationName(QStringLiteral("Trotlet"));
     // The app lives in the tray: closing the panel must not end it.
     QApplication::setQuitOnLastWindowClosed(false);
-    if (!QSystemTrayIcon::isSystemTrayAvailable()) {
+    if (!waitForTray(trayWaitSeconds())) {
         std::fprintf(stderr, "trotlet: no system tray is available on this desktop, and Trotlet "
                              "lives in the tray\n");
         return 1;

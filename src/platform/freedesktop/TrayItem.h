@@ -48,6 +48,9 @@ public:
     // bus, otherwise Qt's XEmbed tray icon. TROTLET_TRAY=sni or =xembed forces one.
     static std::unique_ptr<TrayItem> create(const QDBusConnection& sessionBus,
                                             QObject* parent = nullptr);
+    // Whether anything could show an item now: a StatusNotifierWatcher on the bus, or an X11
+    // tray owning its selection. Asks the bus and the X server afresh on every call.
+    static bool hostPresent(const QDBusConnection& sessionBus);
 
 signals:
     // Primary click; the point is the click position in screen coordinates as the host reports
