@@ -5,30 +5,10 @@
 set -uo pipefail
 trotlet=$1
 fake_tray=$2
-failures=0
-work=$(mktemp -d)
-pids=()
-cleanup() {
-    for pid in "${pids[@]}"; do kill "$pid" 2>/dev/null; done
-    rm -rf "$work"
-}
-trap cleanup EXIT
-export HOME=$work/home XDG_CONFIG_HOME=$work/config XDG_DATA_HOME=$work/data XDG_RUNTIME_DIR=$work/run
-mkdir -p "$HOME" "$XDG_RUNTIME_DIR" && chmod 700 "$XDG_RUNTIME_DIR"
+# shellcheck source=/dev/null
+. "$(dirname "$0")/live_session.sh"
 export QT_QPA_PLATFORM=xcb TROTLET_DEBUG_LOG=1
 unset DBUS_SESSION_BUS_ADDRESS WAYLAND_DISPLAY GLIBC_TUNABLES MallocSpaceEfficient TROTLET_MALLOC_REEXEC TROTLET_DEFAULT_MALLOC
-
-fail() { echo "FAIL: $*"; failures=$((failures + 1)); }
-
-# wait_for <file> <fixed text> [seconds]
-wait_for() {
-    local deadline=$((SECONDS + ${3:-20}))
-    while ((SECONDS < deadline)); do
-        grep -qF -- "$2" "$1" 2>/dev/null && return 0
-        sleep 0.1
-    done
-    return 1
-}
 
 # The whole first-exec environment of a process, one variable per line.
 environment_of() { tr '\0' '\n' <"/proc/$1/environ"; }
