@@ -6,11 +6,15 @@
 #include "XWindowList.h"
 #include "platform/freedesktop/tests/FreedesktopFakeServices.h"
 #include "platform/freedesktop/tests/FreedesktopTestSupport.h"
+#include "weather/WeatherLocation.h"
+#include "weather/tests/LocalHttpServer.h"
+#include "weather/tests/OpenMeteoSamples.h"
 
 #include <QDBusArgument>
 #include <QDBusMessage>
 #include <QDBusObjectPath>
 #include <QDBusVariant>
+#include <QDateTime>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
@@ -19,6 +23,7 @@
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 #include <memory>
 #include <optional>
@@ -106,6 +111,7 @@ protected:
         env.insert(QStringLiteral("TROTLET_DEBUG_LOG"), QStringLiteral("1"));
         // The ticker as a label beside the icon, so only the mascot's frames change the icon.
         env.insert(QStringLiteral("TROTLET_TRAY_LABEL"), labelPlacement);
+        for (const auto& [name, value] : extraEnvironment) env.insert(name, value);
         for (const char* name : {"ASAN_OPTIONS", "UBSAN_OPTIONS", "LSAN_OPTIONS"}) {
             if (qEnvironmentVariableIsSet(name))
                 env.insert(QString::fromLatin1(name), qEnvironmentVariable(name));
@@ -214,7 +220,18 @@ protected:
             << app.log().toStdString();
     }
 
+    // The labels the item has announced, with their guides, oldest first.
+    QList<QPair<QString, QString>> announcedLabels() const {
+        QList<QPair<QString, QString>> seen;
+        for (const auto& s : item->signals_) {
+            if (s.member == QStringLiteral("XAyatanaNewLabel") && s.arguments.size() == 2)
+                seen.append({s.arguments.at(0).toString(), s.arguments.at(1).toString()});
+        }
+        return seen;
+    }
+
     QString labelPlacement = QStringLiteral("label");
+    QList<QPair<QString, QString>> extraEnvironment;
     PrivateBus bus;
     testing::VirtualDisplay display{kScreenWidth, kScreenHeight};
     QTemporaryDir home;
@@ -488,6 +505,118 @@ TEST_F(LiveAppOnPrivateBus, BusyMascotRunsFasterThanAnIdleOne) {
     EXPECT_GT(idleRate, 0.0) << "an idle mascot still walks";
     EXPECT_GT(busyRate, 1.5 * idleRate)
         << "busy " << busyRate << " frames/s, idle " << idleRate << " frames/s";
+    expectCleanQuit();
+}
+
+// The weather service as the app meets it: a local server answering every forecast request with
+// the present hour, so the report is fresh whatever the clock says, and a current temperature
+// no default or cached value would give. The place search is pointed here too: nothing in these
+// tests may reach the internet.
+class LiveAppWithWeather : public LiveAppOnPrivateBus {
+protected:
+    static constexpr double kCurrentCelsius = 23.4;  // "23°C", "74°F"
+
+    void SetUp() override {
+        LiveAppOnPrivateBus::SetUp();
+        if (HasFatalFailure()) return;
+        server = std::make_unique<weather::testing::LocalHttpServer>(
+            [](const weather::testing::HttpRequest&) {
+                const qint64 now = QDateTime::currentSecsSinceEpoch();
+                nlohmann::json forecast =
+                    weather::samples::forecastJson(now - now % 3600 - 3600, 37, 0, "UTC");
+                forecast["current"]["time"] = now - 60;
+                forecast["current"]["temperature_2m"] = kCurrentCelsius;
+                return weather::testing::HttpResponse{weather::testing::HttpResponse::Kind::normal,
+                                                      200, forecast.dump()};
+            });
+        ASSERT_NE(server->port(), 0) << "the local weather server did not listen";
+        extraEnvironment = {
+            {QStringLiteral("TROTLET_OPEN_METEO_FORECAST"),
+             QString::fromStdString(server->base("/v1/forecast"))},
+            {QStringLiteral("TROTLET_OPEN_METEO_GEOCODING"),
+             QString::fromStdString(server->base("/v1/search"))},
+        };
+    }
+
+    // A settings file with a chosen place, the weather in the menu bar, and `more` on top. The
+    // app reads it only when it keeps its settings, so the tests start it without
+    // --skip-onboarding (whose session settings live in memory).
+    void writeWeatherSettings(const nlohmann::json& more) {
+        const weather::WeatherLocation paris{
+            2988507, "Paris", "Île-de-France", "France", "FR", 48.85341, 2.3488, "Europe/Paris"};
+        nlohmann::json settings = {{"weather.location", weather::encodeLocationSetting(paris)},
+                                   {"weather.showInMenuBar", true}};
+        settings.update(more);
+        writeSettings(QByteArray::fromStdString(settings.dump()));
+    }
+
+    // Waits for an announced label that matches `pattern` whole; the last such label and guide.
+    std::optional<QPair<QString, QString>> waitForLabel(const QRegularExpression& pattern) {
+        std::optional<QPair<QString, QString>> found;
+        waitUntil(
+            [&] {
+                for (const auto& entry : announcedLabels()) {
+                    if (pattern.match(entry.first).hasMatch()) found = entry;
+                }
+                return found.has_value();
+            },
+            kEventMs);
+        return found;
+    }
+
+    ::testing::AssertionResult onlyForecastsAsked() const {
+        if (server->requests().empty())
+            return ::testing::AssertionFailure() << "the weather server heard nothing";
+        for (const auto& request : server->requests()) {
+            if (request.method != "GET" || request.path() != "/v1/forecast")
+                return ::testing::AssertionFailure()
+                       << "unexpected request " << request.method << " " << request.target;
+            if (request.query("latitude").rfind("48.85", 0) != 0)
+                return ::testing::AssertionFailure()
+                       << "the forecast was not for the chosen place: " << request.target;
+        }
+        return ::testing::AssertionSuccess();
+    }
+
+    std::unique_ptr<weather::testing::LocalHttpServer> server;
+};
+
+TEST_F(LiveAppWithWeather, TemperatureAloneIsTheLabelWithoutATickerReading) {
+    writeWeatherSettings({{"menuBar.textMetric", "none"}});
+    ASSERT_TRUE(startApp({QStringLiteral("--mock"), QStringLiteral("--awake")}));
+    const auto shown = waitForLabel(QRegularExpression(QStringLiteral("^-?\\d+°C$")));
+    ASSERT_TRUE(shown) << "no temperature in the label; labels so far: "
+                       << announcedLabels().size() << "\n"
+                       << app.log().toStdString();
+    EXPECT_EQ(shown->first, QStringLiteral("23°C"));
+    EXPECT_EQ(shown->second, QStringLiteral("-188°C"));
+    EXPECT_EQ(property(QStringLiteral("XAyatanaLabel")).toString(), QStringLiteral("23°C"));
+    EXPECT_EQ(property(QStringLiteral("XAyatanaLabelGuide")).toString(), QStringLiteral("-188°C"));
+    EXPECT_TRUE(onlyForecastsAsked());
+    expectCleanQuit();
+}
+
+TEST_F(LiveAppWithWeather, TemperatureFollowsTheTickerReadingInTheChosenUnit) {
+    writeWeatherSettings({{"menuBar.textMetric", "cpu"},
+                          {"monitoring.temperatureUnit", "fahrenheit"}});
+    ASSERT_TRUE(startApp({QStringLiteral("--mock"), QStringLiteral("--awake")}));
+    const QRegularExpression both(QStringLiteral("^(\\d+(\\.\\d+)?\\s?%)  74°F$"));
+    const auto shown = waitForLabel(both);
+    ASSERT_TRUE(shown) << "no reading and temperature in the label; last label \""
+                       << (announcedLabels().isEmpty() ? std::string()
+                                                       : announcedLabels().last().first.toStdString())
+                       << "\"\n"
+                       << app.log().toStdString();
+    // The guide holds the reading's widest sample and room for any temperature, in that order.
+    const QString& guide = shown->second;
+    EXPECT_TRUE(guide.endsWith(QStringLiteral("  -188°F"))) << guide.toStdString();
+    const QString readingGuide = guide.left(guide.size() - QStringLiteral("  -188°F").size());
+    EXPECT_TRUE(readingGuide.contains(QChar(u'%'))) << guide.toStdString();
+    EXPECT_GE(readingGuide.size(), both.match(shown->first).captured(1).size())
+        << "guide \"" << guide.toStdString() << "\", label \"" << shown->first.toStdString()
+        << "\"";
+    EXPECT_FALSE(shown->first.contains(QStringLiteral("°C")));
+    EXPECT_TRUE(onlyForecastsAsked());
     expectCleanQuit();
 }
 
