@@ -355,14 +355,7 @@ TEST_F(LiveAppOnPrivateBus, TickerReadingTravelsAsLabelAndToolTip) {
         << "guide \"" << guide.toStdString() << "\", label \"" << label.toStdString() << "\"";
 
     // The readings change with every sample; the width the host reserves does not.
-    const auto labels = [&] {
-        QList<QPair<QString, QString>> seen;
-        for (const auto& s : item->signals_) {
-            if (s.member == QStringLiteral("XAyatanaNewLabel") && s.arguments.size() == 2)
-                seen.append({s.arguments.at(0).toString(), s.arguments.at(1).toString()});
-        }
-        return seen;
-    };
+    const auto labels = [&] { return announcedLabels(); };
     // With the panel open the readings come at the chosen interval instead of every few seconds.
     const QDBusMessage reply = platform::testing::call(
         hostBus, itemOwner, kItemPath, kItemInterface, QStringLiteral("Activate"), {0, 0});
