@@ -31,16 +31,9 @@ shift $((OPTIND - 1))
 if [ $# -eq 0 ]; then set -- "$ROOT/build/release/trotlet"; fi
 
 WORK=$(mktemp -d /tmp/measure-cost.XXXXXX)
-pids=()
-cleanup() {
-  for ((i=${#pids[@]}-1; i>=0; i--)); do kill "${pids[i]}" 2>/dev/null || true; done
-  wait 2>/dev/null || true
-  rm -rf "$WORK"
-}
-trap cleanup EXIT
-
 # shellcheck source=lib/xfce-tray-host.sh
 . "$ROOT/scripts/lib/xfce-tray-host.sh"
+trap tray_host_stop EXIT
 tray_host_install
 tray_host_start "${DISPLAY_NUM:-88}" 800x120 "$WORK"
 if [ -n "$SETTINGS_JSON" ]; then

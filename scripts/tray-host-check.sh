@@ -21,13 +21,7 @@ rm -rf "$OUT"; mkdir -p "$OUT"
 WORK=$(mktemp -d /tmp/tray-host-check.XXXXXX)
 # shellcheck source=lib/xfce-tray-host.sh
 . "$ROOT/scripts/lib/xfce-tray-host.sh"
-pids=()
-cleanup() {
-  for ((i=${#pids[@]}-1; i>=0; i--)); do kill "${pids[i]}" 2>/dev/null || true; done
-  wait 2>/dev/null || true
-  rm -rf "$WORK"
-}
-trap cleanup EXIT
+trap tray_host_stop EXIT
 
 TRAY_HOST_APT_LOG=$OUT.apt.log tray_host_install xdotool imagemagick || fail "could not install the tray host"
 # A throwaway home so the panel and the app never touch the user's files.

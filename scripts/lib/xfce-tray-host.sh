@@ -1,6 +1,16 @@
 # Sourced by the scripts that run the app in a real tray host: a throwaway home, Xvfb, a
 # private session bus and xfce4-panel with a panel holding only the notification area.
-# The caller owns the `pids` array (killed in reverse order on exit) and the `WORK` folder.
+# The caller sets WORK, a scratch folder, before sourcing, and traps tray_host_stop on EXIT.
+# Every process started goes into `pids`.
+pids=()
+
+# Stops what was started, newest first, and removes $WORK.
+tray_host_stop() {
+  local i
+  for ((i = ${#pids[@]} - 1; i >= 0; i--)); do kill "${pids[i]}" 2>/dev/null || true; done
+  wait 2>/dev/null || true
+  rm -rf "$WORK"
+}
 
 # tray_host_install [PACKAGE...]: installs xfce4-panel, Xvfb and dbus, plus the packages
 # named, from the Debian mirror when their commands are missing. apt's output goes to
