@@ -130,11 +130,12 @@ AppModel::AppModel(const LaunchOptions& options, AppSettings& settings, QMenu* t
 
 AppModel::~AppModel() {
     // The shop saves what is pending as it goes (its moments reach the notifications, so it
-    // goes before them); the weather stops its fetch and its settings observer.
+    // goes before them). The status item asks the weather for its text, so it goes before the
+    // weather, which then stops its fetch and its settings observer.
     delete shop_;
-    delete weather_;
     // Consumers next: they hold references to the store, the animator and the tray item.
     delete statusItem_;
+    delete weather_;
     delete notifications_;
     // Observers capture `this`; the groups outlive the model.
     for (const auto& [group, id] : observers_) group->unobserve(id);
