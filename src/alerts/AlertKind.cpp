@@ -1,15 +1,15 @@
 #include "alerts/AlertKind.h"
 
-#include "app/RawEnum.h"
+#include "settings/RawEnum.h"
 
 namespace trotlet::alerts {
 
 using namespace std::chrono_literals;
 
-std::string_view rawName(AlertKind kind) { return app::rawName(kind, AlertKindNames); }
+std::string_view rawName(AlertKind kind) { return settings::rawName(kind, AlertKindNames); }
 
 std::optional<AlertKind> alertKindNamed(std::string_view raw) {
-    return app::fromRawName<AlertKind>(raw, AlertKindNames);
+    return settings::fromRawName<AlertKind>(raw, AlertKindNames);
 }
 
 bool isFun(AlertKind kind) { return kind == AlertKind::achievement || kind == AlertKind::purchase; }
@@ -18,14 +18,21 @@ AlertBudget budgetOf(AlertKind kind) { return isFun(kind) ? AlertBudget::fun : A
 
 std::chrono::seconds cooldownOf(AlertKind kind) {
     switch (kind) {
-        case AlertKind::highTemperature: return 30min;
-        case AlertKind::batteryLow: return 20min;
-        case AlertKind::batteryFull: return 20min;
-        case AlertKind::memoryCritical: return 30min;
-        case AlertKind::diskAlmostFull: return 24h;
-        case AlertKind::highCPU: return 30min;
+        case AlertKind::highTemperature:
+            return 30min;
+        case AlertKind::batteryLow:
+            return 20min;
+        case AlertKind::batteryFull:
+            return 20min;
+        case AlertKind::memoryCritical:
+            return 30min;
+        case AlertKind::diskAlmostFull:
+            return 24h;
+        case AlertKind::highCPU:
+            return 30min;
         case AlertKind::achievement:
-        case AlertKind::purchase: return 0s;
+        case AlertKind::purchase:
+            return 0s;
     }
     return 0s;
 }

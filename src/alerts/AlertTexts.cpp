@@ -1,8 +1,8 @@
 #include "alerts/AlertTexts.h"
 
-#include "app/RawEnum.h"
 #include "menubar/Format.h"
-#include "app/Platform.h"
+#include "settings/Platform.h"
+#include "settings/RawEnum.h"
 
 namespace trotlet::alerts::texts {
 
@@ -35,7 +35,7 @@ std::string highTemperatureBody(std::optional<double> hottestC, metrics::Thermal
         return "It's " + t.value + t.unit + " in here." + advice;
     }
     return "The system reports a " +
-           std::string(app::rawName(state, metrics::ThermalStateNames)) + " thermal state." +
+           std::string(settings::rawName(state, metrics::ThermalStateNames)) + " thermal state." +
            advice;
 }
 
@@ -56,7 +56,7 @@ std::string batteryFullBody() { return "Battery is at 100%. You can unplug whene
 std::string memoryCriticalTitle() { return "Memory pressure is critical"; }
 
 std::string memoryCriticalBody() {
-    return "Your " + std::string(app::machineNoun) +
+    return "Your " + std::string(settings::machineNoun) +
            " is swapping hard. Quitting an app or two will help.";
 }
 
@@ -74,8 +74,8 @@ std::string highCPUTitle(const std::string& mascotName) {
 
 std::string highCPUBody(double total, std::int64_t minutesHeld,
                         const std::optional<std::string>& busiestProcess) {
-    std::string body = "CPU at " + Format::percent(total) + " for " +
-                       std::to_string(minutesHeld) + " min.";
+    std::string body =
+        "CPU at " + Format::percent(total) + " for " + std::to_string(minutesHeld) + " min.";
     if (busiestProcess) body += " " + *busiestProcess + " is the busiest.";
     return body;
 }

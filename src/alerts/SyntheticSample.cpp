@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "app/RawEnum.h"
+#include "settings/RawEnum.h"
 
 namespace trotlet::alerts {
 
@@ -61,7 +61,7 @@ nlohmann::ordered_json SyntheticSample::summary() const {
     nlohmann::ordered_json j;
     j["cpu"] = cpu;
     if (temperatureC) j["temperatureC"] = *temperatureC;
-    j["thermalState"] = app::rawName(thermalState, metrics::ThermalStateNames);
+    j["thermalState"] = settings::rawName(thermalState, metrics::ThermalStateNames);
     if (battery) {
         nlohmann::ordered_json b;
         b["percent"] = battery->percent;
@@ -71,7 +71,7 @@ nlohmann::ordered_json SyntheticSample::summary() const {
         if (battery->minutesLeft) b["minutesLeft"] = *battery->minutesLeft;
         j["battery"] = b;
     }
-    j["memoryPressure"] = app::rawName(pressure, metrics::MemoryPressureNames);
+    j["memoryPressure"] = settings::rawName(pressure, metrics::MemoryPressureNames);
     if (rootFreeGB) j["rootFreeGB"] = *rootFreeGB;
     if (!processes.empty()) {
         const auto busiest = std::max_element(

@@ -4,7 +4,7 @@
 #include <optional>
 #include <string_view>
 
-#include "app/RawEnum.h"
+#include "settings/RawEnum.h"
 
 namespace trotlet::layout {
 
@@ -14,10 +14,10 @@ enum class CardSize { small, medium, wide, large };
 inline constexpr std::array<std::string_view, 4> CardSizeNames = {"small", "medium", "wide",
                                                                   "large"};
 
-constexpr std::string_view name(CardSize size) { return app::rawName(size, CardSizeNames); }
+constexpr std::string_view name(CardSize size) { return settings::rawName(size, CardSizeNames); }
 
 constexpr std::optional<CardSize> cardSize(std::string_view raw) {
-    return app::fromRawName<CardSize>(raw, CardSizeNames);
+    return settings::fromRawName<CardSize>(raw, CardSizeNames);
 }
 
 }  // namespace trotlet::layout

@@ -19,15 +19,19 @@ inline constexpr std::array<std::string_view, 4> MoveDirectionNames = {"left", "
                                                                        "down"};
 
 constexpr std::string_view name(MoveDirection direction) {
-    return app::rawName(direction, MoveDirectionNames);
+    return settings::rawName(direction, MoveDirectionNames);
 }
 
 constexpr MoveDirection opposite(MoveDirection direction) {
     switch (direction) {
-        case MoveDirection::left: return MoveDirection::right;
-        case MoveDirection::right: return MoveDirection::left;
-        case MoveDirection::up: return MoveDirection::down;
-        case MoveDirection::down: return MoveDirection::up;
+        case MoveDirection::left:
+            return MoveDirection::right;
+        case MoveDirection::right:
+            return MoveDirection::left;
+        case MoveDirection::up:
+            return MoveDirection::down;
+        case MoveDirection::down:
+            return MoveDirection::up;
     }
     return direction;
 }
@@ -75,9 +79,9 @@ struct LayoutOps {
                             MoveDirection direction);
 
     // ⌥ + arrow: the card trades places with its neighbour in that direction. When that trade
-    // would not actually carry it that way (see `movedToward`) (cards of other sizes re-pack around it), the next
-    // nearest cards on that side are tried in turn, each by a trade and then by taking its
-    // place in the order. None when no card lies that way (a top-row card moving up) or
+    // would not actually carry it that way (see `movedToward`) (cards of other sizes re-pack around
+    // it), the next nearest cards on that side are tried in turn, each by a trade and then by
+    // taking its place in the order. None when no card lies that way (a top-row card moving up) or
     // nothing carries it there. Sizes never change.
     static std::optional<std::vector<std::string>> keyboardMove(
         const std::string& id, MoveDirection direction, const OverviewLayout& layout,
@@ -85,8 +89,8 @@ struct LayoutOps {
 
     // The card one place earlier (−1) or later (+1) in reading order; none at either end.
     static std::optional<std::vector<std::string>> readingStep(
-        const std::string& id, int by, const OverviewLayout& layout,
-        const Availability& available, const OverviewCardRegistry& registry);
+        const std::string& id, int by, const OverviewLayout& layout, const Availability& available,
+        const OverviewCardRegistry& registry);
 
     // The size a corner-grip gesture of `width` × `height` points snaps to: the supported size
     // whose extent is nearest, vertical misfit weighing 1.3 times, with the current size

@@ -8,7 +8,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "app/DefaultsStore.h"
+#include "settings/DefaultsStore.h"
 
 namespace trotlet::layout {
 
@@ -22,7 +22,7 @@ struct LayoutSelfCheck {
         int editsPerLayout = 6;
         // A fresh view of the settings storage used for the persistence round trip, as a new
         // session would open it. Unset: one in-memory dictionary shared by both sessions.
-        std::function<std::shared_ptr<app::SettingsBacking>()> openSettings;
+        std::function<std::shared_ptr<settings::SettingsBacking>()> openSettings;
         std::string settingsDescription = "in-memory settings";
     };
 

@@ -2,13 +2,14 @@
 
 #include <algorithm>
 
-#include "app/LayoutSettings.h"
-#include "app/MonitoringSettings.h"
 #include "layout/OverviewLayoutResolver.h"
+#include "settings/LayoutSettings.h"
+#include "settings/MonitoringSettings.h"
 
 namespace trotlet::layout {
 
-LayoutStore::LayoutStore(app::LayoutSettings& settings, app::MonitoringSettings& monitoring,
+LayoutStore::LayoutStore(settings::LayoutSettings& settings,
+                         settings::MonitoringSettings& monitoring,
                          const OverviewCardRegistry& registry)
     : settings_(settings), monitoring_(monitoring), registry_(registry) {}
 

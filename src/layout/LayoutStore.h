@@ -9,10 +9,10 @@
 #include "layout/OverviewCardRegistry.h"
 #include "layout/OverviewLayout.h"
 
-namespace trotlet::app {
+namespace trotlet::settings {
 class LayoutSettings;
 class MonitoringSettings;
-}  // namespace trotlet::app
+}  // namespace trotlet::settings
 
 namespace trotlet::layout {
 
@@ -22,7 +22,7 @@ namespace trotlet::layout {
 // those keys hears of them. Main thread only, like the groups.
 class LayoutStore {
 public:
-    LayoutStore(app::LayoutSettings& settings, app::MonitoringSettings& monitoring,
+    LayoutStore(settings::LayoutSettings& settings, settings::MonitoringSettings& monitoring,
                 const OverviewCardRegistry& registry = OverviewCardRegistry::standard());
     LayoutStore(const LayoutStore&) = delete;
     LayoutStore& operator=(const LayoutStore&) = delete;
@@ -58,8 +58,8 @@ public:
 private:
     void notify();
 
-    app::LayoutSettings& settings_;
-    app::MonitoringSettings& monitoring_;
+    settings::LayoutSettings& settings_;
+    settings::MonitoringSettings& monitoring_;
     const OverviewCardRegistry& registry_;
     std::map<int, Observer> observers_;
     int nextToken_ = 1;

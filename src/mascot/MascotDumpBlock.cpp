@@ -2,8 +2,8 @@
 
 #include <chrono>
 
-#include "app/RawEnum.h"
 #include "mascot/MascotStateMachine.h"
+#include "settings/RawEnum.h"
 
 namespace trotlet::mascot {
 
@@ -23,8 +23,8 @@ nlohmann::ordered_json mascotDumpBlock(const metrics::MetricsSnapshot& snapshot,
 
     nlohmann::ordered_json block;
     block["id"] = character.id;
-    block["state"] = app::rawName(state.mood, MascotMoodNames);
-    block["gait"] = app::rawName(state.gait, GaitNames);
+    block["state"] = settings::rawName(state.mood, MascotMoodNames);
+    block["gait"] = settings::rawName(state.gait, GaitNames);
     block["load"] = state.load;
     block["cyclesPerSecond"] = state.cyclesPerSecond;
     block["fps"] = menuBarFPS(state, character, env);

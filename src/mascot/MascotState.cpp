@@ -1,15 +1,15 @@
 #include "mascot/MascotState.h"
 
-#include "app/RawEnum.h"
+#include "settings/RawEnum.h"
 
 namespace trotlet::mascot {
 
 nlohmann::ordered_json MascotState::toJson() const {
     nlohmann::ordered_json json;
-    json["mood"] = app::rawName(mood, MascotMoodNames);
+    json["mood"] = settings::rawName(mood, MascotMoodNames);
     json["accessories"] = accessories.rawValue;
     json["load"] = load;
-    json["gait"] = app::rawName(gait, GaitNames);
+    json["gait"] = settings::rawName(gait, GaitNames);
     json["cyclesPerSecond"] = cyclesPerSecond;
     json["loadBand"] = loadBand;
     json["userAway"] = userAway;
@@ -28,14 +28,14 @@ MascotState MascotState::fromJson(const nlohmann::json& json) {
         auto it = json.find(key);
         return it != json.end() && it->is_number() ? it->get<double>() : fallback;
     };
-    if (auto m = app::fromRawName<MascotMood>(text("mood"), MascotMoodNames)) s.mood = *m;
-    if (auto g = app::fromRawName<Gait>(text("gait"), GaitNames)) s.gait = *g;
+    if (auto m = settings::fromRawName<MascotMood>(text("mood"), MascotMoodNames)) s.mood = *m;
+    if (auto g = settings::fromRawName<Gait>(text("gait"), GaitNames)) s.gait = *g;
     if (auto it = json.find("accessories"); it != json.end() && it->is_number_unsigned())
         s.accessories.rawValue = it->get<std::uint64_t>();
     s.load = number("load", 0);
     s.cyclesPerSecond = number("cyclesPerSecond", 0);
-    if (auto it = json.find("loadBand"); it != json.end() && it->is_number_unsigned() &&
-                                         it->get<std::uint64_t>() <= 255)
+    if (auto it = json.find("loadBand");
+        it != json.end() && it->is_number_unsigned() && it->get<std::uint64_t>() <= 255)
         s.loadBand = static_cast<std::uint8_t>(it->get<std::uint64_t>());
     if (auto it = json.find("userAway"); it != json.end() && it->is_boolean())
         s.userAway = it->get<bool>();

@@ -7,7 +7,7 @@
 #include "mascot/LoadMapping.h"
 #include "mascot/ProcessDisplayName.h"
 #include "menubar/Format.h"
-#include "app/Platform.h"
+#include "settings/Platform.h"
 
 namespace trotlet::mascot::MoodLine {
 namespace {
@@ -19,7 +19,7 @@ using Variants = std::array<std::string, 3>;
 constexpr double referenceEpoch = 978307200;
 
 // The word for this machine is shared with every other user-facing text.
-const std::string machine(app::machineNoun);
+const std::string machine(settings::machineNoun);
 
 std::string capitalised(std::string_view word) {
     std::string s(word);
@@ -58,8 +58,7 @@ Variants variantsFor(const MascotState& state, const metrics::MetricsSnapshot& s
                 return {"Running on fumes, " + pct + "% left.",
                         name + " needs a snack. " + pct + "% battery.",
                         "Low battery, " + pct + "%. Find a charger?"};
-            const std::string d =
-                Format::duration(static_cast<double>(*b.timeRemainingMin) * 60);
+            const std::string d = Format::duration(static_cast<double>(*b.timeRemainingMin) * 60);
             return {"Running on fumes, " + pct + "% left (" + d + ").",
                     name + " needs a snack. " + pct + "% battery.",
                     "Low battery, about " + d + " left. Find a charger?"};
@@ -75,8 +74,7 @@ Variants variantsFor(const MascotState& state, const metrics::MetricsSnapshot& s
             return {"Shh, " + name + " is napping while you're away.",
                     "Zzz. " + name + " dozes, " + reading + ".", name + " is dreaming of fish."};
         case MascotMood::sitting:
-            return {name + " is taking a breather.",
-                    "All quiet. " + name + " sits and watches.",
+            return {name + " is taking a breather.", "All quiet. " + name + " sits and watches.",
                     reading + ". Time for a little sit."};
         case MascotMood::celebrating:
             return {name + " is celebrating!", "Yay! " + name + " does a happy hop.",
@@ -121,8 +119,8 @@ std::string reading(const metrics::MetricsSnapshot& s, LoadSource source) {
 }
 
 std::string text(const MascotState& state, const metrics::MetricsSnapshot& snapshot,
-                 const std::string& name, std::optional<metrics::Timestamp> date,
-                 LoadSource source, menubar::TemperatureUnit unit) {
+                 const std::string& name, std::optional<metrics::Timestamp> date, LoadSource source,
+                 menubar::TemperatureUnit unit) {
     const metrics::Timestamp t = date.value_or(snapshot.timestamp);
     const LoadSource winner = LoadMapping::winningSource(snapshot, source);
     const std::string read = reading(snapshot, winner);
@@ -137,9 +135,8 @@ std::string text(const MascotState& state, const metrics::MetricsSnapshot& snaps
         auto parts = Format::temperatureParts(*hottest, unit);
         temp = parts.value + parts.unit;
     }
-    const std::string pct =
-        Format::fixed(0, snapshot.battery.present ? static_cast<double>(snapshot.battery.percent)
-                                                  : 0.0);
+    const std::string pct = Format::fixed(
+        0, snapshot.battery.present ? static_cast<double>(snapshot.battery.percent) : 0.0);
 
     const long long signedSlot = slot(t);
     const long long k = std::llabs(signedSlot);

@@ -6,13 +6,13 @@
 #include <string_view>
 #include <vector>
 
-#include "app/SettingsEnums.h"
 #include "menubar/DisplayUnits.h"
 #include "metrics/MetricsSnapshot.h"
+#include "settings/SettingsEnums.h"
 
 namespace trotlet::menubar {
 
-using app::MenuBarTextMetric;
+using settings::MenuBarTextMetric;
 
 // The short reading beside the mascot in the tray: "37%", "72°C", "↓1.2 MB/s". Empty when
 // the metric is `none` or the sample lacks the reading; the item then shows the mascot alone.

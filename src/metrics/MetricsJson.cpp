@@ -2,8 +2,8 @@
 
 #include <stdexcept>
 
-#include "app/RawEnum.h"
 #include "metrics/IsoTime.h"
+#include "settings/RawEnum.h"
 
 namespace trotlet::metrics {
 
@@ -21,7 +21,7 @@ void putOptional(Json& j, const char* key, const std::optional<T>& value) {
 
 template <typename E, size_t N>
 std::string raw(E value, const std::array<std::string_view, N>& names) {
-    return std::string(app::rawName(value, names));
+    return std::string(settings::rawName(value, names));
 }
 
 // Reading side. Each helper names the key in its failure.
@@ -74,13 +74,15 @@ Timestamp getTime(const Json& v, const char* key) {
 template <typename E, size_t N>
 E getEnum(const Json& v, const char* key, const std::array<std::string_view, N>& names) {
     if (v.is_string())
-        if (auto e = app::fromRawName<E>(v.get<std::string>(), names)) return *e;
-    throw DecodeError(std::string("\"") + key + "\" is not one of: " + app::joinedNames(names));
+        if (auto e = settings::fromRawName<E>(v.get<std::string>(), names)) return *e;
+    throw DecodeError(std::string("\"") + key +
+                      "\" is not one of: " + settings::joinedNames(names));
 }
 
 std::int32_t getInt32(const Json& v, const char* key) {
     const auto i = getInt(v, key);
-    if (i < INT32_MIN || i > INT32_MAX) throw DecodeError(std::string("\"") + key + "\" is out of range");
+    if (i < INT32_MIN || i > INT32_MAX)
+        throw DecodeError(std::string("\"") + key + "\" is out of range");
     return static_cast<std::int32_t>(i);
 }
 
@@ -248,7 +250,8 @@ ThermalMetrics decodeOrThrow<ThermalMetrics>(const Json& j) {
     t.cpuMaxC = optionalOf(j, "cpuMaxC", getDouble);
     t.gpuC = optionalOf(j, "gpuC", getDouble);
     t.socC = optionalOf(j, "socC", getDouble);
-    t.sensors = listOf<TemperatureSensor>(field(j, "sensors"), "sensors", nested<TemperatureSensor>);
+    t.sensors =
+        listOf<TemperatureSensor>(field(j, "sensors"), "sensors", nested<TemperatureSensor>);
     t.fans = listOf<FanReading>(field(j, "fans"), "fans", nested<FanReading>);
     t.fanCount = optionalOf(j, "fanCount", getInt);
     t.systemPowerW = optionalOf(j, "systemPowerW", getDouble);

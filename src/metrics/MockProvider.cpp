@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cmath>
 
-#include "app/RawEnum.h"
 #include "metrics/FixtureProvider.h"
 #include "metrics/SnapshotMask.h"
+#include "settings/RawEnum.h"
 
 namespace trotlet::metrics {
 
@@ -42,7 +42,8 @@ MockOverrides MockOverrides::parse(std::string_view text) {
         if (pair.empty()) continue;
         const size_t eq = pair.find('=');
         const std::string_view key = trim(pair.substr(0, eq));
-        const std::string_view value = eq == std::string_view::npos ? std::string_view() : trim(pair.substr(eq + 1));
+        const std::string_view value =
+            eq == std::string_view::npos ? std::string_view() : trim(pair.substr(eq + 1));
         bool ok = eq != std::string_view::npos;
         auto unit = [&](std::optional<double>& slot, double lo, double hi) {
             auto d = toDouble(value);
@@ -60,31 +61,46 @@ MockOverrides MockOverrides::parse(std::string_view text) {
             if (ok) slot = *b;
         };
         if (!ok) {
-        } else if (key == "cpu") unit(o.cpu, 0, 1);
-        else if (key == "cpuC") unit(o.cpuC, -40, 150);
-        else if (key == "downBps") unit(o.downBps, 0, 1e12);
-        else if (key == "upBps") unit(o.upBps, 0, 1e12);
-        else if (key == "diskFreePercent") unit(o.diskFreePercent, 0, 100);
+        } else if (key == "cpu")
+            unit(o.cpu, 0, 1);
+        else if (key == "cpuC")
+            unit(o.cpuC, -40, 150);
+        else if (key == "downBps")
+            unit(o.downBps, 0, 1e12);
+        else if (key == "upBps")
+            unit(o.upBps, 0, 1e12);
+        else if (key == "diskFreePercent")
+            unit(o.diskFreePercent, 0, 100);
         else if (key == "gpu") {
-            if (value == "none") o.noGpu = true;
-            else unit(o.gpu, 0, 1);
+            if (value == "none")
+                o.noGpu = true;
+            else
+                unit(o.gpu, 0, 1);
         } else if (key == "memoryPressure") {
-            o.memoryPressure = app::fromRawName<MemoryPressure>(value, MemoryPressureNames);
+            o.memoryPressure = settings::fromRawName<MemoryPressure>(value, MemoryPressureNames);
             ok = o.memoryPressure.has_value();
-        } else if (key == "freePercent") integer(o.freePercent);
-        else if (key == "batteryPercent") integer(o.batteryPercent);
+        } else if (key == "freePercent")
+            integer(o.freePercent);
+        else if (key == "batteryPercent")
+            integer(o.batteryPercent);
         else if (key == "battery") {
             ok = value == "none";
             o.noBattery = ok;
-        } else if (key == "charging") flag(o.charging);
-        else if (key == "pluggedIn") flag(o.pluggedIn);
-        else if (key == "lowPowerMode") flag(o.lowPowerMode);
-        else if (key == "online") flag(o.online);
+        } else if (key == "charging")
+            flag(o.charging);
+        else if (key == "pluggedIn")
+            flag(o.pluggedIn);
+        else if (key == "lowPowerMode")
+            flag(o.lowPowerMode);
+        else if (key == "online")
+            flag(o.online);
         else {
             o.errors.push_back("unknown key \"" + std::string(key) + "\"");
             continue;
         }
-        if (!ok) o.errors.push_back("bad value for \"" + std::string(key) + "\": \"" + std::string(value) + "\"");
+        if (!ok)
+            o.errors.push_back("bad value for \"" + std::string(key) + "\": \"" +
+                               std::string(value) + "\"");
     }
     return o;
 }
@@ -92,8 +108,8 @@ MockOverrides MockOverrides::parse(std::string_view text) {
 double MockProvider::burstLevel(double t) {
     const double phase = t - 40 * std::floor(t / 40);  // 0..40
     if (phase >= 8) return 0;
-    const double rise = std::min(1.0, phase);            // 1 s up
-    const double fall = std::min(1.0, 8 - phase);        // 1 s down
+    const double rise = std::min(1.0, phase);      // 1 s up
+    const double fall = std::min(1.0, 8 - phase);  // 1 s down
     return std::min(rise, fall);
 }
 
@@ -110,7 +126,8 @@ MetricsSnapshot MockProvider::sample(MetricKinds kinds, Timestamp now) {
     s.cpu.user = cpu * 0.72;
     s.cpu.system = cpu - s.cpu.user;
     for (size_t i = 0; i < s.cpu.perCore.size(); ++i)
-        s.cpu.perCore[i] = std::clamp(cpu + 0.1 * std::sin(t / 3 + double(i)) * (1 - cpu), 0.0, 1.0);
+        s.cpu.perCore[i] =
+            std::clamp(cpu + 0.1 * std::sin(t / 3 + double(i)) * (1 - cpu), 0.0, 1.0);
     s.cpu.loadAvg = {8 * cpu, 8 * (0.2 + 0.3 * cpu), 8 * 0.2};
 
     double freeFraction = 0.42 - 0.06 * std::sin(t / 300) - 0.1 * burst;
@@ -123,7 +140,9 @@ MetricsSnapshot MockProvider::sample(MetricKinds kinds, Timestamp now) {
     m.cached = (m.total - m.used) * 2 / 3;
     m.free = m.total - m.used - m.cached;
     m.freePercent = std::llround(100 * freeFraction);
-    m.pressure = o.memoryPressure ? *o.memoryPressure : (freeFraction < 0.1 ? MemoryPressure::warning : MemoryPressure::normal);
+    m.pressure = o.memoryPressure
+                     ? *o.memoryPressure
+                     : (freeFraction < 0.1 ? MemoryPressure::warning : MemoryPressure::normal);
 
     double cpuC = 48 + 10 * std::sin(t / 90) + 38 * burst;
     if (o.cpuC) cpuC = *o.cpuC;
@@ -134,11 +153,13 @@ MetricsSnapshot MockProvider::sample(MetricKinds kinds, Timestamp now) {
     s.thermal.sensors[2].celsius = cpuC + 1;
     s.thermal.fans[0].rpm = std::round(1800 + 3200 * std::clamp((cpuC - 45) / 50, 0.0, 1.0));
     const double below = 100 - cpuC;
-    s.thermal.state = below <= 3 ? ThermalState::critical
-                    : below <= 12 ? ThermalState::serious
-                    : below <= 25 ? ThermalState::fair : ThermalState::nominal;
+    s.thermal.state = below <= 3    ? ThermalState::critical
+                      : below <= 12 ? ThermalState::serious
+                      : below <= 25 ? ThermalState::fair
+                                    : ThermalState::nominal;
 
-    s.network.downBps = o.downBps ? *o.downBps : std::max(0.0, 180e3 + 150e3 * std::sin(t / 5) + 2e6 * burst);
+    s.network.downBps =
+        o.downBps ? *o.downBps : std::max(0.0, 180e3 + 150e3 * std::sin(t / 5) + 2e6 * burst);
     s.network.upBps = o.upBps ? *o.upBps : std::max(0.0, 25e3 + 20e3 * std::sin(t / 4));
     if (o.online && !*o.online) {
         const auto totals = std::make_pair(s.network.totalDownBytes, s.network.totalUpBytes);
@@ -159,11 +180,16 @@ MetricsSnapshot MockProvider::sample(MetricKinds kinds, Timestamp now) {
     b.fullyCharged = b.pluggedIn && b.percent >= 100;
     const double watts = 6 + 30 * cpu;
     b.watts = b.charging ? 24.0 : (b.pluggedIn ? 0.0 : -watts);
-    if (b.pluggedIn) b.systemWatts.reset();
-    else b.systemWatts = watts;
-    if (b.charging) b.timeRemainingMin = std::llround((100 - percent) * 72 / 95);
-    else if (!b.pluggedIn) b.timeRemainingMin = std::llround(percent * 8 * 60 / 95 * (14 / (6 + 30 * cpu)));
-    else b.timeRemainingMin.reset();
+    if (b.pluggedIn)
+        b.systemWatts.reset();
+    else
+        b.systemWatts = watts;
+    if (b.charging)
+        b.timeRemainingMin = std::llround((100 - percent) * 72 / 95);
+    else if (!b.pluggedIn)
+        b.timeRemainingMin = std::llround(percent * 8 * 60 / 95 * (14 / (6 + 30 * cpu)));
+    else
+        b.timeRemainingMin.reset();
     if (b.pluggedIn) {
         b.adapterWatts = 65;
         b.adapterName = "AC";
@@ -171,12 +197,16 @@ MetricsSnapshot MockProvider::sample(MetricKinds kinds, Timestamp now) {
     b.lowPowerMode = o.lowPowerMode.value_or(false);
     if (o.noBattery) b = BatteryMetrics{.lowPowerMode = o.lowPowerMode.value_or(false)};
 
-    if (o.noGpu) s.gpu.reset();
-    else s.gpu->utilization = o.gpu ? *o.gpu : std::clamp(0.05 + 0.3 * burst + 0.03 * std::sin(t / 11), 0.0, 1.0);
+    if (o.noGpu)
+        s.gpu.reset();
+    else
+        s.gpu->utilization =
+            o.gpu ? *o.gpu : std::clamp(0.05 + 0.3 * burst + 0.03 * std::sin(t / 11), 0.0, 1.0);
 
     if (o.diskFreePercent) {
         auto& root = s.disks.volumes[0];
-        root.availableBytes = static_cast<std::int64_t>(double(root.totalBytes) * *o.diskFreePercent / 100);
+        root.availableBytes =
+            static_cast<std::int64_t>(double(root.totalBytes) * *o.diskFreePercent / 100);
     }
     s.disks.readBps = std::max(0.0, 4e5 + 3e5 * std::sin(t / 6) + 5e7 * burst);
     s.disks.writeBps = std::max(0.0, 1.5e5 + 1e5 * std::sin(t / 8));
@@ -190,7 +220,8 @@ MetricsSnapshot MockProvider::sample(MetricKinds kinds, Timestamp now) {
     auto out = restrictedTo(std::move(s), kinds);
     if (fullProcessList_ && kinds.contains(MetricKinds::processes)) {
         auto all = out.processes.topCPU;
-        std::sort(all.begin(), all.end(), [](const auto& a, const auto& c) { return a.pid < c.pid; });
+        std::sort(all.begin(), all.end(),
+                  [](const auto& a, const auto& c) { return a.pid < c.pid; });
         out.processes.all = std::move(all);
     }
     return out;

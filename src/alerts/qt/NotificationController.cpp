@@ -5,23 +5,24 @@
 
 #include <cstdio>
 
-#include "app/MonitoringSettings.h"
-#include "app/NotificationSettings.h"
 #include "platform/freedesktop/Notifications.h"
+#include "settings/MonitoringSettings.h"
+#include "settings/NotificationSettings.h"
 
 namespace trotlet::alerts {
 
 NotificationController::Options NotificationController::Options::from(
-    const app::LaunchOptions& launch) {
+    const cli::LaunchOptions& launch) {
     Options o;
     const bool fakeData = launch.mock || launch.fixture.has_value();
-    o.metricAlerts = !fakeData || qEnvironmentVariable("TROTLET_NOTIFY_FAKE_DATA") == QLatin1String("1");
+    o.metricAlerts =
+        !fakeData || qEnvironmentVariable("TROTLET_NOTIFY_FAKE_DATA") == QLatin1String("1");
     o.debugLog = qEnvironmentVariable("TROTLET_DEBUG_LOG") == QLatin1String("1");
     o.ownProcessId = std::int32_t(QCoreApplication::applicationPid());
     return o;
 }
 
-NotificationController::NotificationController(app::NotificationSettings& settings,
+NotificationController::NotificationController(settings::NotificationSettings& settings,
                                                platform::Notifications* notifier, Options options,
                                                QObject* parent)
     : QObject(parent),
@@ -39,7 +40,7 @@ NotificationController::~NotificationController() {
 }
 
 AlertRules::Preferences NotificationController::preferencesFrom(
-    const app::NotificationSettings& s) {
+    const settings::NotificationSettings& s) {
     AlertRules::Preferences p;
     p.highCPU = s.highCPU();
     p.highCPUThreshold = s.highCPUThreshold();
@@ -54,13 +55,12 @@ AlertRules::Preferences NotificationController::preferencesFrom(
     return p;
 }
 
-void NotificationController::followTemperatureUnit(app::MonitoringSettings& monitoring) {
+void NotificationController::followTemperatureUnit(settings::MonitoringSettings& monitoring) {
     if (monitoring_) monitoring_->unobserve(monitoringObserver_);
     monitoring_ = &monitoring;
     rules_.setTemperatureUnit(monitoring.temperatureUnit());
-    monitoringObserver_ = monitoring.observe([this](const std::string&) {
-        rules_.setTemperatureUnit(monitoring_->temperatureUnit());
-    });
+    monitoringObserver_ = monitoring.observe(
+        [this](const std::string&) { rules_.setTemperatureUnit(monitoring_->temperatureUnit()); });
 }
 
 void NotificationController::rebuildPreferences() {
@@ -69,7 +69,8 @@ void NotificationController::rebuildPreferences() {
     if (next == rules_.preferences()) return;
     rules_.setPreferences(next);
     if (options_.debugLog)
-        std::fprintf(stderr, "trotlet: notifications: preferences %s\n", toJson(next).dump().c_str());
+        std::fprintf(stderr, "trotlet: notifications: preferences %s\n",
+                     toJson(next).dump().c_str());
 }
 
 void NotificationController::onSample(const metrics::MetricsSnapshot& snapshot,

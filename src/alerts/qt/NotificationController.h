@@ -9,12 +9,12 @@
 #include <vector>
 
 #include "alerts/AlertRules.h"
-#include "app/LaunchOptions.h"
+#include "cli/LaunchOptions.h"
 
-namespace trotlet::app {
+namespace trotlet::settings {
 class NotificationSettings;
 class MonitoringSettings;
-}  // namespace trotlet::app
+}  // namespace trotlet::settings
 
 namespace trotlet::platform {
 class Notifications;
@@ -37,18 +37,19 @@ public:
         std::optional<std::int32_t> ownProcessId;
 
         // From the command line and the process environment.
-        static Options from(const app::LaunchOptions& launch);
+        static Options from(const cli::LaunchOptions& launch);
     };
 
     // `notifier` may be null: decisions are then made and logged but nothing is posted.
-    NotificationController(app::NotificationSettings& settings, platform::Notifications* notifier,
-                           Options options, QObject* parent = nullptr);
+    NotificationController(settings::NotificationSettings& settings,
+                           platform::Notifications* notifier, Options options,
+                           QObject* parent = nullptr);
     ~NotificationController() override;
 
-    static AlertRules::Preferences preferencesFrom(const app::NotificationSettings& settings);
+    static AlertRules::Preferences preferencesFrom(const settings::NotificationSettings& settings);
 
     // Follow the monitoring settings' temperature unit; the group must outlive the controller.
-    void followTemperatureUnit(app::MonitoringSettings& monitoring);
+    void followTemperatureUnit(settings::MonitoringSettings& monitoring);
     void setMascotName(const std::string& name) { rules_.setMascotName(name); }
 
     const AlertRules& rules() const { return rules_; }
@@ -73,8 +74,8 @@ private:
     void handle(const std::vector<AlertRules::Decision>& decisions, const std::string& input);
     void rebuildPreferences();
 
-    app::NotificationSettings& settings_;
-    app::MonitoringSettings* monitoring_ = nullptr;
+    settings::NotificationSettings& settings_;
+    settings::MonitoringSettings* monitoring_ = nullptr;
     platform::Notifications* notifier_;
     Options options_;
     AlertRules rules_;

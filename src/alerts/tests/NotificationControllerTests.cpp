@@ -6,9 +6,9 @@
 
 #include "alerts/SyntheticSample.h"
 #include "alerts/qt/NotificationController.h"
-#include "app/DefaultsStore.h"
-#include "app/MonitoringSettings.h"
-#include "app/NotificationSettings.h"
+#include "settings/DefaultsStore.h"
+#include "settings/MonitoringSettings.h"
+#include "settings/NotificationSettings.h"
 
 namespace trotlet::alerts {
 namespace {
@@ -16,8 +16,8 @@ namespace {
 metrics::Timestamp at(double seconds) { return metrics::fromUnixSeconds(1'790'000'000 + seconds); }
 
 struct ControllerTest : ::testing::Test {
-    app::DefaultsStore store = app::DefaultsStore::ephemeral({"trotlet"});
-    app::NotificationSettings settings{store};
+    settings::DefaultsStore store = settings::DefaultsStore::ephemeral({"trotlet"});
+    settings::NotificationSettings settings{store};
     QStringList posted;  // "identifier | title | body"
 
     void watch(NotificationController& controller) {
@@ -73,8 +73,9 @@ TEST_F(ControllerTest, PanelOpenHoldsMetricAlertsAndDropsEvents) {
     EXPECT_TRUE(posted[0].startsWith("trotlet.batteryLow | Battery low: 9% | "));
     controller.onEvent(MascotPurchased{"Pip"}, at(3));
     ASSERT_EQ(posted.size(), 2);
-    EXPECT_EQ(posted[1], "trotlet.purchase | Welcome home, Pip! | "
-                         "Your new friend is ready to run in the menu bar.");
+    EXPECT_EQ(posted[1],
+              "trotlet.purchase | Welcome home, Pip! | "
+              "Your new friend is ready to run in the menu bar.");
 }
 
 TEST_F(ControllerTest, FakeDataKeepsMetricAlertsOffUnlessAskedFor) {
@@ -85,12 +86,11 @@ TEST_F(ControllerTest, FakeDataKeepsMetricAlertsOffUnlessAskedFor) {
         bool metricAlerts;
     };
     const Row rows[] = {
-        {false, false, nullptr, true}, {true, false, nullptr, false},
-        {false, true, nullptr, false}, {false, true, "1", true},
-        {true, false, "1", true},      {true, false, "0", false},
+        {false, false, nullptr, true}, {true, false, nullptr, false}, {false, true, nullptr, false},
+        {false, true, "1", true},      {true, false, "1", true},      {true, false, "0", false},
     };
     for (const Row& r : rows) {
-        app::LaunchOptions launch;
+        cli::LaunchOptions launch;
         launch.mock = r.mock;
         if (r.fixture) launch.fixture = metrics::MetricsFixture::hot;
         if (r.env)
@@ -114,7 +114,7 @@ TEST_F(ControllerTest, FakeDataKeepsMetricAlertsOffUnlessAskedFor) {
 }
 
 TEST_F(ControllerTest, TemperatureFollowsTheUsersUnit) {
-    app::MonitoringSettings monitoring(store, false);
+    settings::MonitoringSettings monitoring(store, false);
     NotificationController controller(settings, nullptr, realData());
     controller.followTemperatureUnit(monitoring);
     watch(controller);
@@ -136,8 +136,9 @@ TEST_F(ControllerTest, DebugLogHasOneLinePerDecision) {
     controller.onSample(trouble.snapshot(at(1)), at(1));
     const std::string log = ::testing::internal::GetCapturedStderr();
     EXPECT_EQ(std::count(log.begin(), log.end(), '\n'), 4) << log;
-    EXPECT_NE(log.find("sample (panel open) -> suppressed batteryLow: panel open (held, stays armed)"),
-              std::string::npos)
+    EXPECT_NE(
+        log.find("sample (panel open) -> suppressed batteryLow: panel open (held, stays armed)"),
+        std::string::npos)
         << log;
     EXPECT_NE(log.find("sample -> post diskAlmostFull: Root is almost full / "), std::string::npos)
         << log;

@@ -13,7 +13,6 @@
 #include <QScreen>
 
 #include "alerts/qt/NotificationController.h"
-#include "app/AppSettings.h"
 #include "app/qt/DebugLog.h"
 #include "layout/LayoutStore.h"
 #include "mascot/qt/MascotAnimator.h"
@@ -29,6 +28,7 @@
 #include "platform/freedesktop/ReduceMotion.h"
 #include "platform/freedesktop/ScreenLock.h"
 #include "platform/freedesktop/TrayItem.h"
+#include "settings/AppSettings.h"
 #include "shop/Catalog.h"
 #include "shop/qt/ShopAlerts.h"
 #include "shop/qt/ShopRuntime.h"
@@ -50,11 +50,14 @@ std::string mascotDisplayName(const std::string& id) {
 
 }  // namespace
 
-AppModel::AppModel(const LaunchOptions& options, AppSettings& settings, QMenu* trayMenu, QObject* parent)
+AppModel::AppModel(const cli::LaunchOptions& options, settings::AppSettings& settings,
+                   QMenu* trayMenu, QObject* parent)
     : QObject(parent), options_(options), settings_(settings) {
     std::vector<std::string> warnings;
-    store_ = std::make_unique<metrics::MetricsStore>(metrics::makeProvider(options_, &warnings), this);
-    for (const std::string& warning : warnings) std::fprintf(stderr, "trotlet: %s\n", warning.c_str());
+    store_ =
+        std::make_unique<metrics::MetricsStore>(metrics::makeProvider(options_, &warnings), this);
+    for (const std::string& warning : warnings)
+        std::fprintf(stderr, "trotlet: %s\n", warning.c_str());
 
     // The real readers cannot ask D-Bus for the power profile; fake data keeps its own.
     if (!options_.mock && !options_.fixture) {
@@ -67,20 +70,23 @@ AppModel::AppModel(const LaunchOptions& options, AppSettings& settings, QMenu* t
     auto idleOptions = platform::IdleMonitor::Options::fromEnvironment();
     if (options_.idleSeconds) idleOptions.fixedSeconds = options_.idleSeconds;
     idle_ = new platform::IdleMonitor(session, idleOptions, this);
-    reduceMotion_ = new platform::ReduceMotion(session, platform::ReduceMotion::fixedFromEnvironment(), this);
+    reduceMotion_ =
+        new platform::ReduceMotion(session, platform::ReduceMotion::fixedFromEnvironment(), this);
     screenLock_ = new platform::ScreenLock(session, QDBusConnection::systemBus(), this);
 
     animator_ = new mascot::MascotAnimator(this);
     animator_->setIdleSeconds([idle = idle_] { return idle->idleSeconds(); });
     applyMascotSettings();
-    connect(reduceMotion_, &platform::ReduceMotion::changed, this, [this] { applyMascotSettings(); });
+    connect(reduceMotion_, &platform::ReduceMotion::changed, this,
+            [this] { applyMascotSettings(); });
     connect(screenLock_, &platform::ScreenLock::lockedChanged, this, [this](bool locked) {
         debugLog(locked ? "screen locked: mascot paused" : "screen unlocked: mascot resumed");
         screenLocked_ = locked;
         applyPause();
     });
     if (power_)
-        connect(power_, &metrics::PowerProfiles::lowPowerModeChanged, this, [this] { applyMascotSettings(); });
+        connect(power_, &metrics::PowerProfiles::lowPowerModeChanged, this,
+                [this] { applyMascotSettings(); });
     observe(settings_.menuBar(), [this](const std::string&) {
         applyMascotSettings();
         applyExtraKinds();
@@ -98,23 +104,28 @@ AppModel::AppModel(const LaunchOptions& options, AppSettings& settings, QMenu* t
     connect(tray_.get(), &platform::TrayItem::activated, this, &AppModel::trayActivated);
     const auto placement = menubar::labelPlacementFor(envOrEmpty("XDG_CURRENT_DESKTOP"),
                                                       envOrEmpty("TROTLET_TRAY_LABEL"));
-    statusItem_ = new menubar::StatusItemController(*tray_, *animator_, *store_, settings_, placement, this);
+    statusItem_ =
+        new menubar::StatusItemController(*tray_, *animator_, *store_, settings_, placement, this);
     const std::string name = mascotDisplayName(animator_->drawnMascotId());
     statusItem_->setMascotName(QString::fromStdString(name));
 
     notifier_ = new platform::Notifications(session, this);
     notifications_ = new alerts::NotificationController(
-        settings_.notifications(), notifier_, alerts::NotificationController::Options::from(options_), this);
+        settings_.notifications(), notifier_,
+        alerts::NotificationController::Options::from(options_), this);
     notifications_->followTemperatureUnit(settings_.monitoring());
     notifications_->setMascotName(name);
 
-    shortcut_ = new platform::GlobalShortcut(session, platform::GlobalShortcut::backendForSession(), this);
-    connect(shortcut_, &platform::GlobalShortcut::activated, this, [this] { emit trayActivated(QPoint()); });
+    shortcut_ =
+        new platform::GlobalShortcut(session, platform::GlobalShortcut::backendForSession(), this);
+    connect(shortcut_, &platform::GlobalShortcut::activated, this,
+            [this] { emit trayActivated(QPoint()); });
     applyGeneralSettings();
     observe(settings_.general(), [this](const std::string& key) {
         if (key == "general.launchAtLogin") {
             const auto written = platform::Autostart::setEnabled(
-                settings_.general().launchAtLogin(), QCoreApplication::applicationFilePath().toStdString());
+                settings_.general().launchAtLogin(),
+                QCoreApplication::applicationFilePath().toStdString());
             if (!written) std::fprintf(stderr, "trotlet: %s\n", written.error.c_str());
         }
         applyGeneralSettings();
@@ -142,7 +153,8 @@ AppModel::~AppModel() {
     store_->stop();
 }
 
-void AppModel::observe(SettingsGroup& group, std::function<void(const std::string&)> observer) {
+void AppModel::observe(settings::SettingsGroup& group,
+                       std::function<void(const std::string&)> observer) {
     observers_.emplace_back(&group, group.observe(std::move(observer)));
 }
 
@@ -156,18 +168,21 @@ void AppModel::buildEngines() {
     shopOptions.goldenFishEnabled = settings_.mascot().goldenFish();
     const shop::ShopDebugOptions debug = shop::ShopRuntime::debugOptionsFromArguments();
     shopOptions.grantFish = debug.grantFish;
-    shop_ = new shop::ShopRuntime(shop::ShopRuntime::systemParts(debug, ephemeral, seed), shopOptions, this);
+    shop_ = new shop::ShopRuntime(shop::ShopRuntime::systemParts(debug, ephemeral, seed),
+                                  shopOptions, this);
     const auto shopFolder = shop_->persistence().fileDirectory();
-    debugLog(shopFolder ? "shop file in " + *shopFolder : std::string("shop in memory (never saved to disk)"));
-    connect(shop_, &shop::ShopRuntime::momentRaised, this, [this](const shop::EconomyMoment& moment) {
-        debugLog("economy: " + moment.text);
-        if (const auto event = shop::alertEventFor(moment))
-            notifications_->onEvent(*event, std::chrono::system_clock::now());
-        using Kind = shop::EconomyMoment::Kind;
-        if (moment.kind == Kind::achievementUnlocked || moment.kind == Kind::purchased ||
-            moment.kind == Kind::mascotEarned)
-            animator_->celebrate();
-    });
+    debugLog(shopFolder ? "shop file in " + *shopFolder
+                        : std::string("shop in memory (never saved to disk)"));
+    connect(shop_, &shop::ShopRuntime::momentRaised, this,
+            [this](const shop::EconomyMoment& moment) {
+                debugLog("economy: " + moment.text);
+                if (const auto event = shop::alertEventFor(moment))
+                    notifications_->onEvent(*event, std::chrono::system_clock::now());
+                using Kind = shop::EconomyMoment::Kind;
+                if (moment.kind == Kind::achievementUnlocked || moment.kind == Kind::purchased ||
+                    moment.kind == Kind::mascotEarned)
+                    animator_->celebrate();
+            });
     connect(shop_, &shop::ShopRuntime::equippedChanged, this,
             [this](const QString& id) { showEquippedMascot(id.toStdString()); });
     showEquippedMascot(shop_->engine().inventory().equipped());
@@ -179,7 +194,8 @@ void AppModel::buildEngines() {
     weather_ = new weather::WeatherRuntime(settings_.weather(), ephemeral, this);
     statusItem_->setWeatherText([this]() -> QString {
         if (!settings_.weather().showInMenuBar()) return {};
-        const bool fahrenheit = settings_.monitoring().temperatureUnit() == TemperatureUnit::fahrenheit;
+        const bool fahrenheit =
+            settings_.monitoring().temperatureUnit() == settings::TemperatureUnit::fahrenheit;
         const auto text = weather_->store().menuBarText(fahrenheit);
         return text ? QString::fromStdString(*text) : QString();
     });
@@ -209,8 +225,9 @@ void AppModel::applyExtraKinds() {
     // Reading the GPU can wake a sleeping discrete card, so it is sampled only while something
     // shows it in the menu bar.
     const auto& menuBar = settings_.menuBar();
-    const bool gpu = menuBar.speedSource() == LoadSource::gpu || menuBar.speedSource() == LoadSource::busiest ||
-                     menuBar.textMetric() == MenuBarTextMetric::gpu;
+    const bool gpu = menuBar.speedSource() == settings::LoadSource::gpu ||
+                     menuBar.speedSource() == settings::LoadSource::busiest ||
+                     menuBar.textMetric() == settings::MenuBarTextMetric::gpu;
     store_->setExtraKinds(gpu ? metrics::MetricKinds::gpu : metrics::MetricKinds());
 }
 
@@ -229,7 +246,8 @@ void AppModel::onSample() {
     const auto before = animator_->settings().frame;
     auto settings = animator_->settings();
     settings.frame = mascot::FrameEnvironment::fromSnapshot(snapshot, settings.frame);
-    if (settings.frame.onLowBattery != before.onLowBattery || settings.frame.lowPowerMode != before.lowPowerMode)
+    if (settings.frame.onLowBattery != before.onLowBattery ||
+        settings.frame.lowPowerMode != before.lowPowerMode)
         animator_->setSettings(settings);
     animator_->ingest(snapshot);
     notifications_->onLatestSample(snapshot);
@@ -254,7 +272,9 @@ void AppModel::applyGeneralSettings() {
     else
         shortcut_->clear();
     debugLog("global shortcut: " + shortcut_->displayText().toStdString() +
-             (shortcut_->unavailableReason().isEmpty() ? "" : " (" + shortcut_->unavailableReason().toStdString() + ")"));
+             (shortcut_->unavailableReason().isEmpty()
+                  ? ""
+                  : " (" + shortcut_->unavailableReason().toStdString() + ")"));
 }
 
 void AppModel::applyMascotSettings() {

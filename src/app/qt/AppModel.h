@@ -10,7 +10,7 @@
 #include <QObject>
 #include <QPoint>
 
-#include "app/LaunchOptions.h"
+#include "cli/LaunchOptions.h"
 #include "mascot/MascotMood.h"
 
 class QMenu;
@@ -30,7 +30,7 @@ class StatusItemController;
 namespace trotlet::metrics {
 class MetricsStore;
 class PowerProfiles;
-}
+}  // namespace trotlet::metrics
 namespace trotlet::platform {
 class GlobalShortcut;
 class IdleMonitor;
@@ -38,7 +38,7 @@ class Notifications;
 class ReduceMotion;
 class ScreenLock;
 class TrayItem;
-}
+}  // namespace trotlet::platform
 namespace trotlet::shop {
 class ShopRuntime;
 }
@@ -46,10 +46,12 @@ namespace trotlet::weather {
 class WeatherRuntime;
 }
 
-namespace trotlet::app {
-
+namespace trotlet::settings {
 class AppSettings;
 class SettingsGroup;
+}  // namespace trotlet::settings
+
+namespace trotlet::app {
 
 // The live app's engines, built from the options in this order: the metrics store, the
 // mascot animator, the status item, the notification controller, the economy, the weather
@@ -60,7 +62,7 @@ class SettingsGroup;
 class AppModel : public QObject {
     Q_OBJECT
 public:
-    AppModel(const LaunchOptions& options, AppSettings& settings, QMenu* trayMenu,
+    AppModel(const cli::LaunchOptions& options, settings::AppSettings& settings, QMenu* trayMenu,
              QObject* parent = nullptr);
     ~AppModel() override;
 
@@ -87,10 +89,10 @@ private:
     void buildEngines();
     void showEquippedMascot(const std::string& mascotId);
     void onSample();
-    void observe(SettingsGroup& group, std::function<void(const std::string&)> observer);
+    void observe(settings::SettingsGroup& group, std::function<void(const std::string&)> observer);
 
-    const LaunchOptions options_;
-    AppSettings& settings_;
+    const cli::LaunchOptions options_;
+    settings::AppSettings& settings_;
     std::unique_ptr<metrics::MetricsStore> store_;
     metrics::PowerProfiles* power_ = nullptr;
     platform::IdleMonitor* idle_ = nullptr;
@@ -106,7 +108,7 @@ private:
     shop::ShopRuntime* shop_ = nullptr;
     weather::WeatherRuntime* weather_ = nullptr;
     std::unique_ptr<layout::LayoutStore> layout_;
-    std::vector<std::pair<SettingsGroup*, int>> observers_;
+    std::vector<std::pair<settings::SettingsGroup*, int>> observers_;
     // What the economy heard at the previous sample: the mascot's odometer and mood.
     double lastDistance_ = 0;
     std::optional<mascot::MascotMood> lastMood_;

@@ -26,7 +26,7 @@ namespace trotlet::app {
 
 namespace {
 
-int runHeadless(const LaunchOptions& options, int& argc, char** argv) {
+int runHeadless(const cli::LaunchOptions& options, int& argc, char** argv) {
     // No display is needed or opened: the modes print and exit from inside the event loop,
     // once the application has finished launching.
     QCoreApplication app(argc, argv);
@@ -61,7 +61,7 @@ bool waitForTray(int seconds) {
     return platform::TrayItem::hostPresent(bus);
 }
 
-int runLive(const LaunchOptions& options, int& argc, char** argv) {
+int runLive(const cli::LaunchOptions& options, int& argc, char** argv) {
     const bool single = !SingleInstance::multipleAllowed();
     if (single && SingleInstance::askRunningCopyToOpenPanel()) {
         std::fprintf(stderr, "trotlet: Trotlet is already running; asked it to open its panel\n");
@@ -80,8 +80,9 @@ int runLive(const LaunchOptions& options, int& argc, char** argv) {
     // The app lives in the tray: closing the panel must not end it.
     QApplication::setQuitOnLastWindowClosed(false);
     if (!waitForTray(trayWaitSeconds())) {
-        std::fprintf(stderr, "trotlet: no system tray is available on this desktop, and Trotlet "
-                             "lives in the tray\n");
+        std::fprintf(stderr,
+                     "trotlet: no system tray is available on this desktop, and Trotlet "
+                     "lives in the tray\n");
         return 1;
     }
     LiveApp live(options, args);
@@ -94,7 +95,7 @@ int runLive(const LaunchOptions& options, int& argc, char** argv) {
 
 }  // namespace
 
-int runApplication(const LaunchOptions& options, int argc, char** argv) {
+int runApplication(const cli::LaunchOptions& options, int argc, char** argv) {
     return options.isHeadless() ? runHeadless(options, argc, argv) : runLive(options, argc, argv);
 }
 

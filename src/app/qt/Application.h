@@ -1,10 +1,10 @@
 #pragma once
 
-#include "app/LaunchOptions.h"
+#include "cli/LaunchOptions.h"
 
 namespace trotlet::app {
 
 // Runs the headless mode or the live app the options ask for; gives the exit status.
-int runApplication(const LaunchOptions& options, int argc, char** argv);
+int runApplication(const cli::LaunchOptions& options, int argc, char** argv);
 
 }  // namespace trotlet::app

@@ -6,9 +6,9 @@
 #include <nlohmann/json.hpp>
 
 #include "alerts/qt/NotificationSimulation.h"
-#include "app/Platform.h"
 #include "mascot/qt/MascotDumpEncoder.h"
 #include "metrics/qt/MetricsDump.h"
+#include "settings/Platform.h"
 
 namespace trotlet::app {
 
@@ -20,21 +20,25 @@ int unavailable(const char* flag) {
 }
 
 void printJson(const nlohmann::ordered_json& document) {
-    const std::string text = document.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+    const std::string text =
+        document.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
     std::fwrite(text.data(), 1, text.size(), stdout);
     std::fflush(stdout);
 }
 
 std::string notApplicableReason() {
-    return "Moving into an Applications folder is not applicable on " + std::string(systemName);
+    return "Moving into an Applications folder is not applicable on " +
+           std::string(settings::systemName);
 }
 
 }  // namespace
 
-int runNotificationSimulation(const LaunchOptions&) { return alerts::NotificationSimulation::run(); }
+int runNotificationSimulation(const cli::LaunchOptions&) {
+    return alerts::NotificationSimulation::run();
+}
 
-int runMoveToApplications(const LaunchOptions& options) {
-    if (options.mode == LaunchOptions::Mode::moveCopy) {
+int runMoveToApplications(const cli::LaunchOptions& options) {
+    if (options.mode == cli::LaunchOptions::Mode::moveCopy) {
         nlohmann::ordered_json result;
         result["app"] = options.moveCopyApp;
         result["destination"] = options.moveCopyFolder;
@@ -57,20 +61,27 @@ int runMoveToApplications(const LaunchOptions& options) {
     return 0;
 }
 
-int runHeadlessMode(const LaunchOptions& options) {
-    using Mode = LaunchOptions::Mode;
+int runHeadlessMode(const cli::LaunchOptions& options) {
+    using Mode = cli::LaunchOptions::Mode;
     switch (options.mode) {
         case Mode::dumpMetrics:
             mascot::installMascotDumpEncoder();
             return metrics::MetricsDump::run(options);
-        case Mode::benchMetrics: return metrics::MetricsBench::run(options);
-        case Mode::simulateNotifications: return runNotificationSimulation(options);
+        case Mode::benchMetrics:
+            return metrics::MetricsBench::run(options);
+        case Mode::simulateNotifications:
+            return runNotificationSimulation(options);
         case Mode::moveCheck:
-        case Mode::moveCopy: return runMoveToApplications(options);
-        case Mode::snapshot: return unavailable("--snapshot");
-        case Mode::listScenes: return unavailable("--list-scenes");
-        case Mode::updatesCheck: return unavailable("--updates-check");
-        case Mode::liveApp: break;
+        case Mode::moveCopy:
+            return runMoveToApplications(options);
+        case Mode::snapshot:
+            return unavailable("--snapshot");
+        case Mode::listScenes:
+            return unavailable("--list-scenes");
+        case Mode::updatesCheck:
+            return unavailable("--updates-check");
+        case Mode::liveApp:
+            break;
     }
     return 1;
 }

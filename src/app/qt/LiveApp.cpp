@@ -13,59 +13,78 @@
 #include <QVBoxLayout>
 #include <QWidget>
 
-#include "app/PanelPlacement.h"
 #include "app/qt/AppModel.h"
 #include "app/qt/DebugLog.h"
-#include "app/qt/SessionSettings.h"
 #include "app/qt/SignalRelay.h"
+#include "panel/PanelPlacement.h"
 #include "platform/freedesktop/TrayItem.h"
+#include "settings/qt/SessionSettings.h"
 
 namespace trotlet::app {
 
 namespace {
 
-const char* tabTitle(PanelTab tab) {
+const char* tabTitle(panel::PanelTab tab) {
     switch (tab) {
-    case PanelTab::overview: return "Overview";
-    case PanelTab::processes: return "Processes";
-    case PanelTab::shop: return "Shop";
-    case PanelTab::settings: return "Settings";
+        case panel::PanelTab::overview:
+            return "Overview";
+        case panel::PanelTab::processes:
+            return "Processes";
+        case panel::PanelTab::shop:
+            return "Shop";
+        case panel::PanelTab::settings:
+            return "Settings";
     }
     return "Overview";
 }
 
-const char* detailTitle(MetricDetail detail) {
+const char* detailTitle(panel::MetricDetail detail) {
     switch (detail) {
-    case MetricDetail::cpu: return "CPU";
-    case MetricDetail::memory: return "Memory";
-    case MetricDetail::network: return "Network";
-    case MetricDetail::disk: return "Disk";
-    case MetricDetail::battery: return "Battery";
-    case MetricDetail::heat: return "Heat";
-    case MetricDetail::weather: return "Weather";
-    case MetricDetail::pawreport: return "Paw Report";
-    case MetricDetail::gpu: return "GPU";
+        case panel::MetricDetail::cpu:
+            return "CPU";
+        case panel::MetricDetail::memory:
+            return "Memory";
+        case panel::MetricDetail::network:
+            return "Network";
+        case panel::MetricDetail::disk:
+            return "Disk";
+        case panel::MetricDetail::battery:
+            return "Battery";
+        case panel::MetricDetail::heat:
+            return "Heat";
+        case panel::MetricDetail::weather:
+            return "Weather";
+        case panel::MetricDetail::pawreport:
+            return "Paw Report";
+        case panel::MetricDetail::gpu:
+            return "GPU";
     }
     return "";
 }
 
-PanelRect toRect(const QRect& r) { return PanelRect{r.x(), r.y(), r.width(), r.height()}; }
+panel::PanelRect toRect(const QRect& r) {
+    return panel::PanelRect{r.x(), r.y(), r.width(), r.height()};
+}
 
-const char* anchorWords(PanelAnchor anchor) {
+const char* anchorWords(panel::PanelAnchor anchor) {
     switch (anchor) {
-    case PanelAnchor::belowPoint: return "below the click";
-    case PanelAnchor::abovePoint: return "above the click";
-    case PanelAnchor::topRightCorner: return "top right corner";
+        case panel::PanelAnchor::belowPoint:
+            return "below the click";
+        case panel::PanelAnchor::abovePoint:
+            return "above the click";
+        case panel::PanelAnchor::topRightCorner:
+            return "top right corner";
     }
     return "";
 }
 
 }  // namespace
 
-LiveApp::LiveApp(const LaunchOptions& options, const std::vector<std::string>& args)
-    : options_(options), settings_(makeSessionSettings(options, args)) {
+LiveApp::LiveApp(const cli::LaunchOptions& options, const std::vector<std::string>& args)
+    : options_(options), settings_(settings::makeSessionSettings(options, args)) {
     // A detail screen lives on top of the Overview, so asking for one shows that tab.
-    tab_ = options_.detail ? PanelTab::overview : options_.tab.value_or(PanelTab::overview);
+    tab_ = options_.detail ? panel::PanelTab::overview
+                           : options_.tab.value_or(panel::PanelTab::overview);
     detail_ = options_.detail;
 
     signals_ = new SignalRelay(this);
@@ -96,7 +115,7 @@ void LiveApp::buildTray() {
             [this] { togglePanel(QStringLiteral("menu")); });
     QAction* settingsAction = menu_->addAction(QStringLiteral("Settings…"));
     connect(settingsAction, &QAction::triggered, this,
-            [this] { showPanelTab(PanelTab::settings, QStringLiteral("menu: Settings…")); });
+            [this] { showPanelTab(panel::PanelTab::settings, QStringLiteral("menu: Settings…")); });
     menu_->addSeparator();
     QAction* quitAction = menu_->addAction(QStringLiteral("Quit Trotlet"));
     connect(quitAction, &QAction::triggered, this, [this] { quit(QStringLiteral("menu")); });
@@ -144,8 +163,9 @@ void LiveApp::showRoute() {
 }
 
 void LiveApp::logRoute() const {
-    std::string line = "panel tab: " + std::string(PanelTabNames[std::size_t(tab_)]);
-    if (detail_) line += ", detail: " + std::string(MetricDetailNames[std::size_t(*detail_)]);
+    std::string line = "panel tab: " + std::string(panel::PanelTabNames[std::size_t(tab_)]);
+    if (detail_)
+        line += ", detail: " + std::string(panel::MetricDetailNames[std::size_t(*detail_)]);
     debugLog(line);
 }
 
@@ -158,7 +178,7 @@ void LiveApp::togglePanel(const QString& reason) {
         openPanel(reason);
 }
 
-void LiveApp::showPanelTab(PanelTab tab, const QString& reason) {
+void LiveApp::showPanelTab(panel::PanelTab tab, const QString& reason) {
     tab_ = tab;
     detail_.reset();
     showRoute();
@@ -178,22 +198,25 @@ void LiveApp::showPanelTab(PanelTab tab, const QString& reason) {
 // the panel first renders at.
 void LiveApp::placePanel() {
     const QList<QScreen*> screens = QGuiApplication::screens();
-    PanelPlacementRequest request;
-    request.session = sessionTypeForPlatform(QGuiApplication::platformName().toStdString());
+    panel::PanelPlacementRequest request;
+    request.session = panel::sessionTypeForPlatform(QGuiApplication::platformName().toStdString());
     for (QScreen* screen : screens)
-        request.screens.push_back(PanelScreen{toRect(screen->geometry()), toRect(screen->availableGeometry()),
-                                              screen == QGuiApplication::primaryScreen()});
-    if (pendingClick_) request.click = PanelPoint{pendingClick_->x(), pendingClick_->y()};
-    if (lastTrayClick_) request.lastTrayClick = PanelPoint{lastTrayClick_->x(), lastTrayClick_->y()};
+        request.screens.push_back(panel::PanelScreen{toRect(screen->geometry()),
+                                                     toRect(screen->availableGeometry()),
+                                                     screen == QGuiApplication::primaryScreen()});
+    if (pendingClick_) request.click = panel::PanelPoint{pendingClick_->x(), pendingClick_->y()};
+    if (lastTrayClick_)
+        request.lastTrayClick = panel::PanelPoint{lastTrayClick_->x(), lastTrayClick_->y()};
     const QPoint cursor = QCursor::pos();
-    request.cursor = PanelPoint{cursor.x(), cursor.y()};
-    request.panel = PanelSize{panelSize_.width(), panelSize_.height()};
+    request.cursor = panel::PanelPoint{cursor.x(), cursor.y()};
+    request.panel = panel::PanelSize{panelSize_.width(), panelSize_.height()};
 
-    const PanelPlacement placement = trotlet::app::placePanel(request);
-    if (placement.anchor != PanelAnchor::topRightCorner && pendingClick_) lastTrayClick_ = pendingClick_;
+    const panel::PanelPlacement placement = panel::placePanel(request);
+    if (placement.anchor != panel::PanelAnchor::topRightCorner && pendingClick_)
+        lastTrayClick_ = pendingClick_;
     if (placement.screen && panel_->screen() != screens[int(*placement.screen)])
         panel_->setScreen(screens[int(*placement.screen)]);
-    const PanelRect& f = placement.frame;
+    const panel::PanelRect& f = placement.frame;
     if (placement.positionHonoured) {
         panel_->resize(f.width, f.height);
     } else {
@@ -205,9 +228,11 @@ void LiveApp::placePanel() {
     if (debugLogEnabled()) {
         char click[48] = "no click";
         if (pendingClick_)
-            std::snprintf(click, sizeof click, "click at %d,%d", pendingClick_->x(), pendingClick_->y());
-        else if (placement.anchor != PanelAnchor::topRightCorner && lastTrayClick_)
-            std::snprintf(click, sizeof click, "last tray click at %d,%d", lastTrayClick_->x(), lastTrayClick_->y());
+            std::snprintf(click, sizeof click, "click at %d,%d", pendingClick_->x(),
+                          pendingClick_->y());
+        else if (placement.anchor != panel::PanelAnchor::topRightCorner && lastTrayClick_)
+            std::snprintf(click, sizeof click, "last tray click at %d,%d", lastTrayClick_->x(),
+                          lastTrayClick_->y());
         char line[200];
         std::snprintf(line, sizeof line, "panel placed on screen %d at %d,%d size %dx%d (%s; %s%s)",
                       placement.screen ? int(*placement.screen) : -1, f.x, f.y, f.width, f.height,
@@ -220,8 +245,9 @@ void LiveApp::placePanel() {
 void LiveApp::openPanel(const QString& reason) {
     if (isPanelOpen()) return;
     placePanel();
-    const bool wayland = sessionTypeForPlatform(QGuiApplication::platformName().toStdString()) ==
-                         SessionType::wayland;
+    const bool wayland =
+        panel::sessionTypeForPlatform(QGuiApplication::platformName().toStdString()) ==
+        panel::SessionType::wayland;
     const QByteArray token = pendingToken_.toUtf8();
     pendingToken_.clear();
     // Qt's Wayland plugin presents XDG_ACTIVATION_TOKEN with the window's activation request,
@@ -236,7 +262,8 @@ void LiveApp::openPanel(const QString& reason) {
     if (useToken) qunsetenv("XDG_ACTIVATION_TOKEN");
     debugLog(("panel opened (" + reason + ")").toStdString());
     logRoute();
-    if (wayland) debugLog(useToken ? "panel activation token: presented" : "panel activation token: none");
+    if (wayland)
+        debugLog(useToken ? "panel activation token: presented" : "panel activation token: none");
 }
 
 void LiveApp::closePanel(const QString& reason) {

@@ -10,9 +10,9 @@
 #include <QSize>
 #include <QString>
 
-#include "app/AppSettings.h"
-#include "app/LaunchOptions.h"
-#include "app/PanelRoute.h"
+#include "cli/LaunchOptions.h"
+#include "panel/PanelRoute.h"
+#include "settings/AppSettings.h"
 
 class QLabel;
 class QMenu;
@@ -29,18 +29,18 @@ class SignalRelay;
 class LiveApp : public QObject {
     Q_OBJECT
 public:
-    LiveApp(const LaunchOptions& options, const std::vector<std::string>& args);
+    LiveApp(const cli::LaunchOptions& options, const std::vector<std::string>& args);
     ~LiveApp() override;
 
-    AppSettings& settings() { return *settings_; }
+    settings::AppSettings& settings() { return *settings_; }
     bool isPanelOpen() const;
-    PanelTab panelTab() const { return tab_; }
+    panel::PanelTab panelTab() const { return tab_; }
 
 public slots:
     void togglePanel(const QString& reason);
     void openPanel(const QString& reason);
     // Opens the panel on a tab, or switches an open panel to it.
-    void showPanelTab(PanelTab tab, const QString& reason);
+    void showPanelTab(panel::PanelTab tab, const QString& reason);
     void closePanel(const QString& reason);
     void quit(const QString& reason);
 
@@ -51,8 +51,8 @@ private:
     void logRoute() const;
     void placePanel();
 
-    LaunchOptions options_;
-    std::unique_ptr<AppSettings> settings_;
+    cli::LaunchOptions options_;
+    std::unique_ptr<settings::AppSettings> settings_;
     std::unique_ptr<QMenu> menu_;
     AppModel* model_ = nullptr;
     // The point of the tray click that is about to open the panel; other ways of opening
@@ -62,8 +62,8 @@ private:
     std::optional<QPoint> lastTrayClick_;
     // A Wayland host's activation token for the window raised by the click it came with.
     QString pendingToken_;
-    PanelTab tab_ = PanelTab::overview;
-    std::optional<MetricDetail> detail_;
+    panel::PanelTab tab_ = panel::PanelTab::overview;
+    std::optional<panel::MetricDetail> detail_;
     QSize panelSize_{360, 240};
     std::unique_ptr<QWidget> panel_;
     QLabel* routeLabel_ = nullptr;

@@ -2,9 +2,9 @@
 #include <string>
 #include <vector>
 
-#include "app/LaunchOptions.h"
 #include "app/qt/Application.h"
 #include "app/qt/SpaceEfficientMalloc.h"
+#include "cli/LaunchOptions.h"
 #include "layout/qt/LayoutDebugCLI.h"
 #include "shop/qt/ShopDebugCLI.h"
 #include "weather/qt/WeatherCLI.h"
@@ -17,6 +17,6 @@ int main(int argc, char** argv) {
     if (auto status = trotlet::layout::LayoutDebugCLI::run(args)) return *status;
     if (auto status = trotlet::weather::WeatherCLI::run(args)) return *status;
 
-    const trotlet::app::LaunchOptions options = trotlet::app::LaunchOptions::parse(args);
+    const trotlet::cli::LaunchOptions options = trotlet::cli::LaunchOptions::parse(args);
     return trotlet::app::runApplication(options, argc, argv);
 }

@@ -5,8 +5,8 @@
 #include <filesystem>
 #include <string>
 
-#include "app/qt/SettingsFile.h"
 #include "layout/LayoutSelfCheck.h"
+#include "settings/qt/SettingsFile.h"
 
 namespace trotlet::layout {
 
@@ -49,7 +49,7 @@ std::optional<int> LayoutDebugCLI::run(const std::vector<std::string>& args) {
     if (!scratch.path().empty()) {
         // Each call opens the file afresh, as the next app session would.
         const std::string file = scratch.path() + "/settings.json";
-        options.openSettings = [file] { return app::SettingsFile::open(file, 0); };
+        options.openSettings = [file] { return settings::SettingsFile::open(file, 0); };
         options.settingsDescription = "settings file in a scratch directory";
     }
     const auto report = LayoutSelfCheck::run(options);

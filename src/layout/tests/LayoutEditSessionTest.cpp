@@ -2,9 +2,9 @@
 
 #include <memory>
 
-#include "app/AppSettings.h"
 #include "layout/LayoutEditSession.h"
 #include "layout/OverviewLayoutResolver.h"
+#include "settings/AppSettings.h"
 
 namespace trotlet::layout {
 namespace {
@@ -12,12 +12,15 @@ namespace {
 using Key = LayoutEditSession::Key;
 using Order = std::vector<std::string>;
 
-OverviewLayout defaults() { return OverviewLayoutResolver::defaultLayout(OverviewCardRegistry::standard()); }
+OverviewLayout defaults() {
+    return OverviewLayoutResolver::defaultLayout(OverviewCardRegistry::standard());
+}
 
 class LayoutEditSessionTest : public testing::Test {
 protected:
-    std::shared_ptr<app::InMemorySettingsBacking> backing = std::make_shared<app::InMemorySettingsBacking>();
-    app::AppSettings settings{app::DefaultsStore(backing), false};
+    std::shared_ptr<settings::InMemorySettingsBacking> backing =
+        std::make_shared<settings::InMemorySettingsBacking>();
+    settings::AppSettings settings{settings::DefaultsStore(backing), false};
     LayoutStore store{settings.layout(), settings.monitoring()};
     LayoutEditSession edit{store, everythingAvailable()};
 
@@ -28,7 +31,8 @@ protected:
     // Drags from (x, y) to (toX, toY) in `steps` pointer moves, as a mouse reports them.
     void drag(double x, double y, double toX, double toY, int steps = 10) {
         edit.pointerPressed(x, y);
-        for (int i = 1; i <= steps; ++i) edit.pointerMoved(x + (toX - x) * i / steps, y + (toY - y) * i / steps);
+        for (int i = 1; i <= steps; ++i)
+            edit.pointerMoved(x + (toX - x) * i / steps, y + (toY - y) * i / steps);
         edit.pointerReleased(toX, toY);
     }
 };
@@ -36,7 +40,8 @@ protected:
 TEST_F(LayoutEditSessionTest, DraggingACardToTheTopLeftMakesItFirst) {
     const auto battery = frame("battery");
     drag(battery.midX(), battery.midY(), 4, 4);
-    EXPECT_EQ(stored(), (Order{"battery", "cpu", "memory", "network", "gpu", "heat", "disk", "pawreport"}));
+    EXPECT_EQ(stored(),
+              (Order{"battery", "cpu", "memory", "network", "gpu", "heat", "disk", "pawreport"}));
     EXPECT_EQ(edit.selection(), "battery");
     EXPECT_FALSE(edit.isDragging());
     EXPECT_EQ(edit.layout(), store.layout());
@@ -48,12 +53,14 @@ TEST_F(LayoutEditSessionTest, PreviewFollowsThePointerAndOnlyTheDropCommits) {
     edit.pointerPressed(heat.midX(), heat.midY());
     edit.pointerMoved(gpu.midX(), gpu.midY());
     EXPECT_TRUE(edit.isDragging());
-    EXPECT_EQ(LayoutOps::visibleOrder(edit.layout(), everythingAvailable(), store.registry())[3], "heat");
+    EXPECT_EQ(LayoutOps::visibleOrder(edit.layout(), everythingAvailable(), store.registry())[3],
+              "heat");
     EXPECT_FALSE(store.hasStoredDocument());
     // Same-size cards trade places under the pointer; standing still over gpu changes nothing more.
     edit.pointerMoved(gpu.midX() + 1, gpu.midY() + 1);
     edit.pointerReleased(gpu.midX() + 1, gpu.midY() + 1);
-    EXPECT_EQ(stored(), (Order{"cpu", "memory", "network", "heat", "gpu", "battery", "disk", "pawreport"}));
+    EXPECT_EQ(stored(),
+              (Order{"cpu", "memory", "network", "heat", "gpu", "battery", "disk", "pawreport"}));
 }
 
 TEST_F(LayoutEditSessionTest, CancelAndEscapeDropNothing) {
@@ -142,9 +149,10 @@ TEST_F(LayoutEditSessionTest, HidingKeepsThePlaceAndResetReturnsToTheDefault) {
     edit.setSize("heat", CardSize::wide);  // not supported: ignored
     edit.setSize("heat", CardSize::medium);
     edit.setHidden("gpu", false);
-    EXPECT_EQ(describe(store.layout()),
-              "cpu:medium memory:medium network:wide gpu:small heat:medium battery:small disk:medium "
-              "pawreport:medium weather:wide(hidden)");
+    EXPECT_EQ(
+        describe(store.layout()),
+        "cpu:medium memory:medium network:wide gpu:small heat:medium battery:small disk:medium "
+        "pawreport:medium weather:wide(hidden)");
     EXPECT_TRUE(store.canReset());
     edit.resetLayout();
     EXPECT_EQ(edit.layout(), defaults());

@@ -2,27 +2,31 @@
 
 #include <memory>
 
-#include "app/AppSettings.h"
 #include "layout/LayoutOps.h"
 #include "layout/LayoutStore.h"
 #include "layout/OverviewLayoutResolver.h"
+#include "settings/AppSettings.h"
 
 namespace trotlet::layout {
 namespace {
 
-OverviewLayout defaults() { return OverviewLayoutResolver::defaultLayout(OverviewCardRegistry::standard()); }
+OverviewLayout defaults() {
+    return OverviewLayoutResolver::defaultLayout(OverviewCardRegistry::standard());
+}
 
 // One app session over a dictionary that outlives it, as the settings file would.
 struct Session {
-    explicit Session(std::shared_ptr<app::InMemorySettingsBacking> backing)
-        : settings(app::DefaultsStore(backing), false), store(settings.layout(), settings.monitoring()) {}
-    app::AppSettings settings;
+    explicit Session(std::shared_ptr<settings::InMemorySettingsBacking> backing)
+        : settings(settings::DefaultsStore(backing), false),
+          store(settings.layout(), settings.monitoring()) {}
+    settings::AppSettings settings;
     LayoutStore store;
 };
 
 class LayoutStoreTest : public testing::Test {
 protected:
-    std::shared_ptr<app::InMemorySettingsBacking> backing = std::make_shared<app::InMemorySettingsBacking>();
+    std::shared_ptr<settings::InMemorySettingsBacking> backing =
+        std::make_shared<settings::InMemorySettingsBacking>();
 };
 
 TEST_F(LayoutStoreTest, FreshUserSeesTheDefaultAndCannotReset) {
@@ -34,7 +38,8 @@ TEST_F(LayoutStoreTest, FreshUserSeesTheDefaultAndCannotReset) {
 }
 
 TEST_F(LayoutStoreTest, CommitStoresTheDocumentAsTextAndANewSessionReadsItBack) {
-    const auto edited = LayoutOps::settingSize("cpu", CardSize::large, LayoutOps::settingHidden("gpu", true, defaults()));
+    const auto edited = LayoutOps::settingSize("cpu", CardSize::large,
+                                               LayoutOps::settingHidden("gpu", true, defaults()));
     {
         Session s(backing);
         s.store.commit(edited);
@@ -50,20 +55,25 @@ TEST_F(LayoutStoreTest, CommitStoresTheDocumentAsTextAndANewSessionReadsItBack) 
 TEST_F(LayoutStoreTest, CommitResolvesAndWritesNothingWhenUnchanged) {
     Session s(backing);
     OverviewLayout odd;
-    odd.cards = {{"radio", CardSize::wide, false}, {"disk", CardSize::large, false}, {"disk", CardSize::small, true}};
+    odd.cards = {{"radio", CardSize::wide, false},
+                 {"disk", CardSize::large, false},
+                 {"disk", CardSize::small, true}};
     s.store.commit(odd);
-    EXPECT_EQ(describe(s.store.layout()),
-              "disk:medium cpu:medium memory:medium network:wide gpu:small heat:small battery:small "
-              "pawreport:medium weather:wide(hidden)");
+    EXPECT_EQ(
+        describe(s.store.layout()),
+        "disk:medium cpu:medium memory:medium network:wide gpu:small heat:small battery:small "
+        "pawreport:medium weather:wide(hidden)");
     const int writes = backing->writeCount();
     s.store.commit(s.store.layout());
     EXPECT_EQ(backing->writeCount(), writes);
 }
 
 TEST_F(LayoutStoreTest, LegacyHiddenCardsMigrateUntilTheFirstEditAndResetClearsThem) {
-    backing->write("monitoring.hiddenCards", app::SettingValue::array({"gpu", "battery", "bogus"}));
+    backing->write("monitoring.hiddenCards",
+                   settings::SettingValue::array({"gpu", "battery", "bogus"}));
     Session s(backing);
-    EXPECT_EQ(s.store.layout().hiddenIDs(), (std::vector<std::string>{"gpu", "battery", "weather"}));
+    EXPECT_EQ(s.store.layout().hiddenIDs(),
+              (std::vector<std::string>{"gpu", "battery", "weather"}));
     EXPECT_TRUE(s.store.canReset());
     s.store.reset();
     EXPECT_FALSE(backing->values().count("layout.overview"));
@@ -83,8 +93,8 @@ TEST_F(LayoutStoreTest, ResetRemovesTheStoredDocument) {
 }
 
 TEST_F(LayoutStoreTest, GarbageDocumentShowsTheDefaultAndCanBeReset) {
-    backing->write("layout.overview", app::SettingValue("{not json"));
-    backing->write("monitoring.hiddenCards", app::SettingValue::array({"heat"}));
+    backing->write("layout.overview", settings::SettingValue("{not json"));
+    backing->write("monitoring.hiddenCards", settings::SettingValue::array({"heat"}));
     Session s(backing);
     // The unusable document falls back to the migration path, old list included.
     EXPECT_EQ(s.store.layout().hiddenIDs(), (std::vector<std::string>{"heat", "weather"}));
@@ -114,9 +124,12 @@ TEST_F(LayoutStoreTest, HiddenBindingCommitsOnlyRealChangesAndKeepsPlaces) {
 }
 
 TEST_F(LayoutStoreTest, DocumentStoredAsAnObjectStillCounts) {
-    backing->write("layout.overview", app::SettingValue::parse(R"({"version":1,"cards":[{"id":"disk","size":"small"}]})"));
+    backing->write(
+        "layout.overview",
+        settings::SettingValue::parse(R"({"version":1,"cards":[{"id":"disk","size":"small"}]})"));
     Session s(backing);
-    EXPECT_EQ(s.store.layout().cards.front(), (OverviewLayout::Card{"disk", CardSize::small, false}));
+    EXPECT_EQ(s.store.layout().cards.front(),
+              (OverviewLayout::Card{"disk", CardSize::small, false}));
 }
 
 }  // namespace

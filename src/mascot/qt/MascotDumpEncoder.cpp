@@ -10,11 +10,10 @@ namespace trotlet::mascot {
 void installMascotDumpEncoder(std::function<std::string()> equippedId) {
     metrics::MetricsDump::setMascotEncoder(
         [equippedId = std::move(equippedId)](const metrics::MetricsSnapshot& snapshot,
-                                             const app::LaunchOptions& options) {
+                                             const cli::LaunchOptions& options) {
             MascotBehavior behavior;
             behavior.userIdleSeconds = options.idleSeconds;
-            const std::time_t seconds =
-                std::chrono::system_clock::to_time_t(snapshot.timestamp);
+            const std::time_t seconds = std::chrono::system_clock::to_time_t(snapshot.timestamp);
             std::tm local{};
             LocalCalendar calendar;
             if (localtime_r(&seconds, &local)) calendar = LocalCalendar::fromTm(local);

@@ -5,13 +5,13 @@
 #include <QPainter>
 #include <QPainterPath>
 
-#include "app/AppSettings.h"
 #include "mascot/MoodLine.h"
 #include "mascot/qt/MascotAnimator.h"
 #include "menubar/Format.h"
 #include "menubar/qt/TickerFont.h"
 #include "metrics/qt/MetricsStore.h"
 #include "platform/freedesktop/TrayItem.h"
+#include "settings/AppSettings.h"
 
 namespace trotlet::menubar {
 
@@ -43,22 +43,24 @@ QString readingsLine(const metrics::MetricsSnapshot& s, TemperatureUnit unit, Ne
     QStringList parts;
     parts << QStringLiteral("CPU ") + QString::fromStdString(Format::percent(s.cpu.total));
     if (s.memory.total > 0)
-        parts << QStringLiteral("Memory ") +
-                     QString::fromStdString(Format::percent(double(s.memory.used) / double(s.memory.total)));
+        parts << QStringLiteral("Memory ") + QString::fromStdString(Format::percent(
+                                                 double(s.memory.used) / double(s.memory.total)));
     if (auto hottest = s.thermal.hottestC()) {
         const auto t = Format::temperatureParts(*hottest, unit);
         parts << QString::fromStdString(t.value + t.unit);
     }
-    parts << QStringLiteral("↓") + QString::fromStdString(Format::rateParts(s.network.downBps, net).joined());
-    if (s.battery.present)
-        parts << QStringLiteral("Battery %1%").arg(s.battery.percent);
+    parts << QStringLiteral("↓") +
+                 QString::fromStdString(Format::rateParts(s.network.downBps, net).joined());
+    if (s.battery.present) parts << QStringLiteral("Battery %1%").arg(s.battery.percent);
     return parts.join(QStringLiteral(" · "));
 }
 
 }  // namespace
 
-StatusItemController::StatusItemController(platform::TrayItem& tray, mascot::MascotAnimator& animator,
-                                           metrics::MetricsStore& store, app::AppSettings& settings,
+StatusItemController::StatusItemController(platform::TrayItem& tray,
+                                           mascot::MascotAnimator& animator,
+                                           metrics::MetricsStore& store,
+                                           settings::AppSettings& settings,
                                            LabelPlacement placement, QObject* parent)
     : QObject(parent),
       tray_(tray),
@@ -67,10 +69,13 @@ StatusItemController::StatusItemController(platform::TrayItem& tray, mascot::Mas
       settings_(settings),
       width_(tickerMeasure()) {
     tray_.setLabelInIcon(placement == LabelPlacement::inIcon);
-    connect(&animator_, &mascot::MascotAnimator::menuBarFrameChanged, this, &StatusItemController::showFrame);
+    connect(&animator_, &mascot::MascotAnimator::menuBarFrameChanged, this,
+            &StatusItemController::showFrame);
     connect(&store_, &metrics::MetricsStore::updated, this, &StatusItemController::showReadings);
-    menuBarObserver_ = settings_.menuBar().observe([this](const std::string&) { settingsChanged(); });
-    monitoringObserver_ = settings_.monitoring().observe([this](const std::string&) { showReadings(); });
+    menuBarObserver_ =
+        settings_.menuBar().observe([this](const std::string&) { settingsChanged(); });
+    monitoringObserver_ =
+        settings_.monitoring().observe([this](const std::string&) { showReadings(); });
     showFrame();
     tray_.setToolTip(QStringLiteral("Trotlet"), QString());
 }
@@ -96,7 +101,7 @@ void StatusItemController::settingsChanged() {
     showReadings();
 }
 
-const std::string& StatusItemController::sampleGuide(app::MenuBarTextMetric metric) {
+const std::string& StatusItemController::sampleGuide(settings::MenuBarTextMetric metric) {
     auto found = sampleGuides_.find(metric);
     if (found != sampleGuides_.end()) return found->second;
     const auto measure = tickerMeasure();
@@ -129,7 +134,8 @@ void StatusItemController::showReadings() {
     const auto& monitoring = settings_.monitoring();
     const auto metric = settings_.menuBar().textMetric();
 
-    const std::string text = tickerText(metric, snapshot, monitoring.temperatureUnit(), monitoring.networkUnit());
+    const std::string text =
+        tickerText(metric, snapshot, monitoring.temperatureUnit(), monitoring.networkUnit());
     QString label;
     QString labelGuide;
     if (!text.empty()) {
@@ -150,12 +156,13 @@ void StatusItemController::showReadings() {
     }
     tray_.setLabel(label, labelGuide);
 
-    const std::string mood = mascot::MoodLine::text(animator_.state(), snapshot, mascotName_.toStdString(),
-                                                    std::nullopt, settings_.menuBar().speedSource(),
-                                                    monitoring.temperatureUnit());
-    tray_.setToolTip(QStringLiteral("Trotlet"),
-                     QString::fromStdString(mood) + QLatin1Char('\n') +
-                         readingsLine(snapshot, monitoring.temperatureUnit(), monitoring.networkUnit()));
+    const std::string mood =
+        mascot::MoodLine::text(animator_.state(), snapshot, mascotName_.toStdString(), std::nullopt,
+                               settings_.menuBar().speedSource(), monitoring.temperatureUnit());
+    tray_.setToolTip(
+        QStringLiteral("Trotlet"),
+        QString::fromStdString(mood) + QLatin1Char('\n') +
+            readingsLine(snapshot, monitoring.temperatureUnit(), monitoring.networkUnit()));
 }
 
 }  // namespace trotlet::menubar

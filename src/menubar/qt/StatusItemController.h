@@ -11,11 +11,11 @@
 #include "menubar/StickyWidth.h"
 #include "menubar/TickerText.h"
 
-#include "app/SettingsEnums.h"
+#include "settings/SettingsEnums.h"
 
-namespace trotlet::app {
+namespace trotlet::settings {
 class AppSettings;
-}
+}  // namespace trotlet::settings
 namespace trotlet::mascot {
 class MascotAnimator;
 }
@@ -35,7 +35,7 @@ class StatusItemController : public QObject {
     Q_OBJECT
 public:
     StatusItemController(platform::TrayItem& tray, mascot::MascotAnimator& animator,
-                         metrics::MetricsStore& store, app::AppSettings& settings,
+                         metrics::MetricsStore& store, settings::AppSettings& settings,
                          LabelPlacement placement, QObject* parent = nullptr);
     ~StatusItemController() override;
 
@@ -55,15 +55,15 @@ private:
     void showFrame();
     void showReadings();
     // The widest sample text of a metric, measured once.
-    const std::string& sampleGuide(app::MenuBarTextMetric metric);
+    const std::string& sampleGuide(settings::MenuBarTextMetric metric);
 
     platform::TrayItem& tray_;
     mascot::MascotAnimator& animator_;
     metrics::MetricsStore& store_;
-    app::AppSettings& settings_;
+    settings::AppSettings& settings_;
     TickerWidth width_;
     StickyWidth sticky_;
-    std::map<app::MenuBarTextMetric, std::string> sampleGuides_;
+    std::map<settings::MenuBarTextMetric, std::string> sampleGuides_;
     QString mascotName_ = QStringLiteral("Mochi");
     std::function<QString()> weatherText_;
     int menuBarObserver_ = -1;

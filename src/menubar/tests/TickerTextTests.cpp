@@ -45,7 +45,7 @@ TEST(TickerText, EveryMetric) {
     };
     for (const auto& c : cases)
         EXPECT_EQ(tickerText(c.metric, s, c.temp, c.net), c.expected)
-            << app::MenuBarTextMetricNames[static_cast<size_t>(c.metric)];
+            << settings::MenuBarTextMetricNames[static_cast<size_t>(c.metric)];
 }
 
 TEST(TickerText, NothingWhenTheReadingIsMissing) {
@@ -70,8 +70,11 @@ TEST(TickerText, RoundingBoundaries) {
     struct RateCase {
         double bps;
         const char* expected;
-    } rates[] = {{-20, "↓0 KB/s"},           {500, "↓0 KB/s"},          {980 * 1024, "↓980 KB/s"},
-                 {1'023'999, "↓1000 KB/s"}, {1'024'000, "↓1.0 MB/s"}};
+    } rates[] = {{-20, "↓0 KB/s"},
+                 {500, "↓0 KB/s"},
+                 {980 * 1024, "↓980 KB/s"},
+                 {1'023'999, "↓1000 KB/s"},
+                 {1'024'000, "↓1.0 MB/s"}};
     for (const auto& r : rates) {
         s.network.downBps = r.bps;
         EXPECT_EQ(tickerText(MenuBarTextMetric::network, s, c, b), r.expected) << r.bps;
@@ -116,7 +119,7 @@ TEST(TickerWidth, SampleWidthsAreMeasuredOnceAndRoundedUp) {
         return fakeWidth(text);
     });
     EXPECT_DOUBLE_EQ(width.sampleWidth(MenuBarTextMetric::none), 0);
-    EXPECT_DOUBLE_EQ(width.sampleWidth(MenuBarTextMetric::cpu), 30);  // 29.2 up
+    EXPECT_DOUBLE_EQ(width.sampleWidth(MenuBarTextMetric::cpu), 30);             // 29.2 up
     EXPECT_DOUBLE_EQ(width.sampleWidth(MenuBarTextMetric::cpuTemperature), 34);  // 33.2 up
     // "↓8.8 MB/s": 9 + 8 x 7.3 = 67.4, wider than "↓888 KB/s" (the same length here).
     EXPECT_DOUBLE_EQ(width.sampleWidth(MenuBarTextMetric::network), 68);

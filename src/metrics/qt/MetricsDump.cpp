@@ -25,7 +25,7 @@ MetricsDump::MascotEncoder& mascotEncoder() {
     return encoder;
 }
 
-std::unique_ptr<MetricsProvider> providerFor(const app::LaunchOptions& options) {
+std::unique_ptr<MetricsProvider> providerFor(const cli::LaunchOptions& options) {
     std::vector<std::string> warnings;
     auto provider = makeProvider(options, &warnings);
     for (const auto& w : warnings) std::fprintf(stderr, "trotlet: %s\n", w.c_str());
@@ -35,7 +35,8 @@ std::unique_ptr<MetricsProvider> providerFor(const app::LaunchOptions& options) 
 }
 
 double microsecondsSince(std::chrono::steady_clock::time_point start) {
-    return std::chrono::duration<double, std::micro>(std::chrono::steady_clock::now() - start).count();
+    return std::chrono::duration<double, std::micro>(std::chrono::steady_clock::now() - start)
+        .count();
 }
 
 Json stats(std::vector<double> us) {
@@ -43,7 +44,8 @@ Json stats(std::vector<double> us) {
     Json j = Json::object();
     auto round1 = [](double v) { return std::round(v * 10) / 10; };
     j["minUs"] = round1(us.front());
-    j["medianUs"] = round1(us.size() % 2 ? us[us.size() / 2] : (us[us.size() / 2 - 1] + us[us.size() / 2]) / 2);
+    j["medianUs"] =
+        round1(us.size() % 2 ? us[us.size() / 2] : (us[us.size() / 2 - 1] + us[us.size() / 2]) / 2);
     j["maxUs"] = round1(us.back());
     return j;
 }
@@ -52,14 +54,16 @@ Json stats(std::vector<double> us) {
 
 void MetricsDump::setMascotEncoder(MascotEncoder encoder) { mascotEncoder() = std::move(encoder); }
 
-int MetricsDump::run(const app::LaunchOptions& options) {
+int MetricsDump::run(const cli::LaunchOptions& options) {
     if (const char* scenario = std::getenv("TROTLET_METRICS_TIMELINE"))
         return MetricsTimeline::run(scenario, options);
 
     auto provider = providerFor(options);
     const auto start = std::chrono::steady_clock::now();
-    const MetricsSnapshot snapshot = provider->sample(MetricKinds::all, std::chrono::system_clock::now());
-    const double sampleMs = std::max(0.0, microsecondsSince(start) / 1000 - provider->lastWaitSec() * 1000);
+    const MetricsSnapshot snapshot =
+        provider->sample(MetricKinds::all, std::chrono::system_clock::now());
+    const double sampleMs =
+        std::max(0.0, microsecondsSince(start) / 1000 - provider->lastWaitSec() * 1000);
 
     try {
         Json out = Json::object();
@@ -67,7 +71,8 @@ int MetricsDump::run(const app::LaunchOptions& options) {
         out["timestamp"] = formatIso8601(snapshot.timestamp);
         out["sampleMs"] = std::round(sampleMs * 1000) / 1000;
         const Json groups = encode(snapshot);
-        for (const char* key : {"cpu", "memory", "disks", "network", "battery", "thermal", "gpu", "processes", "system"})
+        for (const char* key : {"cpu", "memory", "disks", "network", "battery", "thermal", "gpu",
+                                "processes", "system"})
             out[key] = groups.at(key);
         if (const auto& encoder = mascotEncoder())
             if (auto mascot = encoder(snapshot, options)) out["mascot"] = *mascot;
@@ -81,7 +86,7 @@ int MetricsDump::run(const app::LaunchOptions& options) {
     }
 }
 
-int MetricsBench::run(const app::LaunchOptions& options) {
+int MetricsBench::run(const cli::LaunchOptions& options) {
     const int n = std::max(1, options.benchIterations);
     auto measure = [&](MetricKinds kinds, bool fullList) {
         auto provider = providerFor(options);

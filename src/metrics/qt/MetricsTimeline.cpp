@@ -32,7 +32,8 @@ struct Recorder {
 
 class RecordingProvider : public MetricsProvider {
 public:
-    RecordingProvider(std::unique_ptr<MetricsProvider> inner, std::shared_ptr<Recorder> recorder, int delayMs = 0)
+    RecordingProvider(std::unique_ptr<MetricsProvider> inner, std::shared_ptr<Recorder> recorder,
+                      int delayMs = 0)
         : inner_(std::move(inner)), recorder_(std::move(recorder)), delayMs_(delayMs) {}
     std::string name() const override { return inner_->name(); }
     MetricsSnapshot sample(MetricKinds kinds, Timestamp now) override {
@@ -78,7 +79,8 @@ void pumpFor(int ms) {
 struct Report {
     Json checks = Json::array();
     bool passed = true;
-    void check(const std::string& scenario, const std::string& name, bool ok, const std::string& detail = {}) {
+    void check(const std::string& scenario, const std::string& name, bool ok,
+               const std::string& detail = {}) {
         Json c = Json::object();
         c["scenario"] = scenario;
         c["check"] = name;
@@ -101,28 +103,36 @@ std::string kindsText(MetricKinds k) {
 void tiers(Report& r) {
     const char* name = "tiers";
     auto rec = std::make_shared<Recorder>();
-    MetricsStore store(std::make_unique<RecordingProvider>(std::make_unique<FixtureProvider>(MetricsFixture::normal), rec));
+    MetricsStore store(std::make_unique<RecordingProvider>(
+        std::make_unique<FixtureProvider>(MetricsFixture::normal), rec));
     QThread* mainThread = QThread::currentThread();
     bool publishedOnMain = true;
-    QObject::connect(&store, &MetricsStore::updated, [&] { publishedOnMain = publishedOnMain && QThread::currentThread() == mainThread; });
+    QObject::connect(&store, &MetricsStore::updated, [&] {
+        publishedOnMain = publishedOnMain && QThread::currentThread() == mainThread;
+    });
     store.setUpdateInterval(0.5);
     store.start();
-    r.check(name, "first sample arrives", waitUntil([&] { return store.sampleCount() >= 1; }, 2000));
+    r.check(name, "first sample arrives",
+            waitUntil([&] { return store.sampleCount() >= 1; }, 2000));
     const MetricKinds menuBar = planFor(ConsumerTier::menuBarOnly, 0.5, false).kinds;
-    r.check(name, "menu bar asks for its five kinds", store.latestKinds() == menuBar, kindsText(store.latestKinds()));
+    r.check(name, "menu bar asks for its five kinds", store.latestKinds() == menuBar,
+            kindsText(store.latestKinds()));
     r.check(name, "menu bar samples every 5 s", store.plan().intervalSec == 5.0);
-    r.check(name, "menu bar sample has no volumes", store.latest().disks.volumes.empty() && !store.latest().gpu);
+    r.check(name, "menu bar sample has no volumes",
+            store.latest().disks.volumes.empty() && !store.latest().gpu);
 
     store.setTier(ConsumerTier::panelOpen);
     const bool openedAtOnce =
         waitUntil([&] { return store.latestKinds() == MetricKinds::all; }, 1000);
-    r.check(name, "opening the panel samples at once with every kind", openedAtOnce, kindsText(store.latestKinds()));
+    r.check(name, "opening the panel samples at once with every kind", openedAtOnce,
+            kindsText(store.latestKinds()));
     QElapsedTimer clock;
     clock.start();
     const auto before = store.sampleCount();
     const bool ticked = waitUntil([&] { return store.sampleCount() >= before + 2; }, 3000);
     const auto elapsed = clock.elapsed();
-    r.check(name, "open panel ticks at monitoring.updateInterval", ticked && elapsed >= 800 && elapsed <= 4000,
+    r.check(name, "open panel ticks at monitoring.updateInterval",
+            ticked && elapsed >= 800 && elapsed <= 4000,
             std::to_string(elapsed) + " ms for two ticks at 0.5 s");
     r.check(name, "no full process list unless shown", !store.latest().processes.all.has_value());
 
@@ -166,10 +176,13 @@ void history(Report& r) {
     }
     store.stop();
     const auto points = store.history().points(HistorySeries::cpuTotal);
-    r.check(name, "history keeps at most its capacity", store.sampleCount() >= 7 && points.size() == 5,
-            std::to_string(points.size()) + " points after " + std::to_string(store.sampleCount()) + " samples");
+    r.check(name, "history keeps at most its capacity",
+            store.sampleCount() >= 7 && points.size() == 5,
+            std::to_string(points.size()) + " points after " + std::to_string(store.sampleCount()) +
+                " samples");
     bool ordered = true;
-    for (size_t i = 1; i < points.size(); ++i) ordered = ordered && points[i - 1].time <= points[i].time;
+    for (size_t i = 1; i < points.size(); ++i)
+        ordered = ordered && points[i - 1].time <= points[i].time;
     r.check(name, "points are oldest first", ordered);
     r.check(name, "the newest point is the latest sample",
             !points.empty() && points.back().value == store.latest().cpu.total &&
@@ -179,7 +192,8 @@ void history(Report& r) {
 void overlap(Report& r) {
     const char* name = "overlap";
     auto rec = std::make_shared<Recorder>();
-    MetricsStore store(std::make_unique<RecordingProvider>(std::make_unique<MockProvider>(), rec, 700));
+    MetricsStore store(
+        std::make_unique<RecordingProvider>(std::make_unique<MockProvider>(), rec, 700));
     store.setTier(ConsumerTier::panelOpen);
     store.setUpdateInterval(0.5);  // faster than the provider can answer
     store.start();
@@ -189,17 +203,19 @@ void overlap(Report& r) {
     pumpFor(20);
     r.check(name, "samples never overlap", !rec->overlapped);
     r.check(name, "ticks during a slow sample are skipped", store.skippedTicks() >= 1,
-            std::to_string(store.skippedTicks()) + " skipped, " + std::to_string(store.sampleCount()) + " delivered");
+            std::to_string(store.skippedTicks()) + " skipped, " +
+                std::to_string(store.sampleCount()) + " delivered");
     r.check(name, "slow samples still arrive", store.sampleCount() >= 2);
 }
 
 void upgrade(Report& r) {
     const char* name = "upgrade";
     auto rec = std::make_shared<Recorder>();
-    MetricsStore store(std::make_unique<RecordingProvider>(std::make_unique<FixtureProvider>(MetricsFixture::busy), rec, 300));
+    MetricsStore store(std::make_unique<RecordingProvider>(
+        std::make_unique<FixtureProvider>(MetricsFixture::busy), rec, 300));
     store.setUpdateInterval(30);  // no timer tick gets in the way
     store.start();
-    pumpFor(50);                  // the menu-bar sample is now running
+    pumpFor(50);  // the menu-bar sample is now running
     store.setTier(ConsumerTier::panelOpen);
     QElapsedTimer clock;
     clock.start();
@@ -222,15 +238,17 @@ void absent(Report& r) {
     const bool got = waitUntil([&] { return store.sampleCount() >= 1; }, 2000);
     store.stop();
     r.check(name, "a desktop sample arrives", got);
-    r.check(name, "no battery points on a desktop", store.history().points(HistorySeries::batteryPercent).empty());
+    r.check(name, "no battery points on a desktop",
+            store.history().points(HistorySeries::batteryPercent).empty());
     r.check(name, "the battery group is there but not present", !store.latest().battery.present);
-    r.check(name, "other series have their point", store.history().points(HistorySeries::cpuC).size() == 1 &&
-                                                       store.history().points(HistorySeries::gpuUtilization).size() == 1);
+    r.check(name, "other series have their point",
+            store.history().points(HistorySeries::cpuC).size() == 1 &&
+                store.history().points(HistorySeries::gpuUtilization).size() == 1);
 }
 
 }  // namespace
 
-int MetricsTimeline::run(const std::string& scenario, const app::LaunchOptions&) {
+int MetricsTimeline::run(const std::string& scenario, const cli::LaunchOptions&) {
     std::unique_ptr<QCoreApplication> ownApp;
     if (!QCoreApplication::instance()) {
         static int argc = 1;
@@ -238,8 +256,11 @@ int MetricsTimeline::run(const std::string& scenario, const app::LaunchOptions&)
         static char* argv[] = {arg0, nullptr};
         ownApp = std::make_unique<QCoreApplication>(argc, argv);
     }
-    const std::vector<std::pair<std::string, void (*)(Report&)>> scenarios = {
-        {"tiers", tiers}, {"history", history}, {"overlap", overlap}, {"upgrade", upgrade}, {"absent", absent}};
+    const std::vector<std::pair<std::string, void (*)(Report&)>> scenarios = {{"tiers", tiers},
+                                                                              {"history", history},
+                                                                              {"overlap", overlap},
+                                                                              {"upgrade", upgrade},
+                                                                              {"absent", absent}};
     Report report;
     bool known = scenario == "all";
     for (const auto& [n, fn] : scenarios) {
@@ -251,7 +272,8 @@ int MetricsTimeline::run(const std::string& scenario, const app::LaunchOptions&)
     if (!known) {
         std::string names;
         for (const auto& s : scenarios) names += s.first + ", ";
-        std::fprintf(stderr, "trotlet: unknown metrics timeline \"%s\" (known: %sall)\n", scenario.c_str(), names.c_str());
+        std::fprintf(stderr, "trotlet: unknown metrics timeline \"%s\" (known: %sall)\n",
+                     scenario.c_str(), names.c_str());
         return 1;
     }
     Json out = Json::object();

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "app/LaunchOptions.h"
+#include "cli/LaunchOptions.h"
 
 namespace trotlet::metrics {
 
@@ -14,7 +14,7 @@ namespace trotlet::metrics {
 // battery gets no battery points), and "all". Prints JSON and returns 0 when every check
 // passed, 1 otherwise (an unknown scenario included).
 struct MetricsTimeline {
-    static int run(const std::string& scenario, const app::LaunchOptions& options);
+    static int run(const std::string& scenario, const cli::LaunchOptions& options);
 };
 
 }  // namespace trotlet::metrics

@@ -17,7 +17,7 @@ struct Run {
     Json json;
 };
 
-Run runDump(const app::LaunchOptions& options) {
+Run runDump(const cli::LaunchOptions& options) {
     testing::internal::CaptureStdout();
     const int status = MetricsDump::run(options);
     std::fflush(stdout);
@@ -31,13 +31,14 @@ std::vector<std::string> keys(const Json& j) {
     return out;
 }
 
-const std::vector<std::string> kTwelve = {"provider", "timestamp", "sampleMs", "cpu", "memory", "disks",
-                                          "network", "battery", "thermal", "gpu", "processes", "system"};
+const std::vector<std::string> kTwelve = {"provider", "timestamp", "sampleMs",  "cpu",
+                                          "memory",   "disks",     "network",   "battery",
+                                          "thermal",  "gpu",       "processes", "system"};
 
 }  // namespace
 
 TEST(MetricsDump, FixtureAndMockPrintTheSpecifiedObject) {
-    app::LaunchOptions options;
+    cli::LaunchOptions options;
     options.fixture = MetricsFixture::hot;
     auto run = runDump(options);
     ASSERT_EQ(run.status, 0);
@@ -62,13 +63,13 @@ TEST(MetricsDump, FixtureAndMockPrintTheSpecifiedObject) {
 }
 
 TEST(MetricsDump, MascotBlockComesAfterSystem) {
-    MetricsDump::setMascotEncoder([](const MetricsSnapshot& s, const app::LaunchOptions&) {
+    MetricsDump::setMascotEncoder([](const MetricsSnapshot& s, const cli::LaunchOptions&) {
         Json m = Json::object();
         m["id"] = "test";
         m["load"] = s.cpu.total;
         return std::optional<Json>(m);
     });
-    app::LaunchOptions options;
+    cli::LaunchOptions options;
     options.fixture = MetricsFixture::idle;
     const auto run = runDump(options);
     MetricsDump::setMascotEncoder(nullptr);
@@ -101,7 +102,7 @@ TEST(MetricsDump, RealSampleOfThisMachine) {
 }
 
 TEST(MetricsBench, PrintsEveryKindAndTheBaseline) {
-    app::LaunchOptions options;
+    cli::LaunchOptions options;
     options.fixture = MetricsFixture::normal;
     options.benchIterations = 3;
     testing::internal::CaptureStdout();
@@ -128,5 +129,6 @@ TEST(MetricsTimeline, EveryScenarioPassesAndUnknownFails) {
     EXPECT_GE(j["checks"].size(), 20u);
     testing::internal::CaptureStderr();
     EXPECT_EQ(MetricsTimeline::run("nonsense", {}), 1);
-    EXPECT_NE(testing::internal::GetCapturedStderr().find("unknown metrics timeline"), std::string::npos);
+    EXPECT_NE(testing::internal::GetCapturedStderr().find("unknown metrics timeline"),
+              std::string::npos);
 }

@@ -1,9 +1,9 @@
 #include "platform/linux/SystemReader.h"
 
-#include "app/Platform.h"
 #include "metrics/MetricsSnapshot.h"
 #include "platform/linux/ProcessReader.h"
 #include "platform/linux/TextScan.h"
+#include "settings/Platform.h"
 
 namespace trotlet::platform {
 
@@ -18,9 +18,10 @@ std::string unquoted(std::string_view v) {
 // DMI strings that vendors leave unset.
 bool meaningful(const std::optional<std::string>& s) {
     if (!s || s->empty()) return false;
-    for (std::string_view junk : {"To be filled by O.E.M.", "To Be Filled By O.E.M.", "Default string",
-                                  "System Product Name", "System Version", "Not Applicable", "None",
-                                  "Not Specified", "0123456789", "Type1ProductConfigId"})
+    for (std::string_view junk :
+         {"To be filled by O.E.M.", "To Be Filled By O.E.M.", "Default string",
+          "System Product Name", "System Version", "Not Applicable", "None", "Not Specified",
+          "0123456789", "Type1ProductConfigId"})
         if (*s == junk) return false;
     return true;
 }
@@ -78,19 +79,22 @@ SystemReader::SystemReader(const std::string& root, long ticksPerSecond, long pa
     } else if (auto board = readTrimmed(dmi + "board_name"); meaningful(board)) {
         fixed_.model = *board;
     } else {
-        fixed_.model = std::string(app::systemName).append(" ").append(app::machineNoun);
+        fixed_.model = std::string(settings::systemName).append(" ").append(settings::machineNoun);
     }
     // Lenovo keeps the marketing name in product_version ("ThinkPad X1 Carbon Gen 9"), most others
     // in product_family; with the vendor in front it reads as a name.
     std::optional<std::string> name;
-    if (meaningful(version) && version->find(' ') != std::string::npos) name = version;
-    else if (meaningful(family) && *family != fixed_.model) name = family;
+    if (meaningful(version) && version->find(' ') != std::string::npos)
+        name = version;
+    else if (meaningful(family) && *family != fixed_.model)
+        name = family;
     if (name && meaningful(vendor) && name->find(*vendor) == std::string::npos)
         name = std::string(*vendor).append(" ").append(*name);
     else if (!name && meaningful(vendor) && meaningful(product))
         name = std::string(*vendor).append(" ").append(*product);
     fixed_.modelName = name;
-    if (auto cpuinfo = readTrimmed(underRoot(root, "/proc/cpuinfo"))) fixed_.chip = parseCpuModel(*cpuinfo);
+    if (auto cpuinfo = readTrimmed(underRoot(root, "/proc/cpuinfo")))
+        fixed_.chip = parseCpuModel(*cpuinfo);
     auto osRelease = readTrimmed(underRoot(root, "/etc/os-release"));
     if (!osRelease) osRelease = readTrimmed(underRoot(root, "/usr/lib/os-release"));
     if (osRelease) fixed_.osVersion = parseOsRelease(*osRelease).value_or("");
@@ -100,7 +104,8 @@ SystemReader::SystemReader(const std::string& root, long ticksPerSecond, long pa
         if (kernel) fixed_.osVersion.append(" ").append(*kernel);
     }
     if (auto stat = readTrimmed(underRoot(root, "/proc/stat")))
-        if (auto boot = parseBootTime(*stat)) fixed_.bootDate = metrics::fromUnixSeconds(double(*boot));
+        if (auto boot = parseBootTime(*stat))
+            fixed_.bootDate = metrics::fromUnixSeconds(double(*boot));
 }
 
 void SystemReader::read(metrics::SystemInfo& out, double now) {

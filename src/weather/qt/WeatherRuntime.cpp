@@ -1,6 +1,6 @@
 #include "weather/qt/WeatherRuntime.h"
 
-#include "app/WeatherSettings.h"
+#include "settings/WeatherSettings.h"
 #include "weather/qt/OpenMeteoClient.h"
 
 namespace trotlet::weather {
@@ -11,7 +11,8 @@ namespace {
 // memory) only when the store first asks for something.
 class OnDemandClient final : public WeatherFetching {
 public:
-    std::shared_ptr<FetchHandle> forecast(const WeatherLocation& place, ForecastDone done) override {
+    std::shared_ptr<FetchHandle> forecast(const WeatherLocation& place,
+                                          ForecastDone done) override {
         return client().forecast(place, std::move(done));
     }
     std::shared_ptr<FetchHandle> search(const std::string& query, const std::string& language,
@@ -30,18 +31,22 @@ private:
 
 }  // namespace
 
-WeatherRuntime::WeatherRuntime(app::WeatherSettings& settings, bool ephemeralSession, QObject* parent)
+WeatherRuntime::WeatherRuntime(settings::WeatherSettings& settings, bool ephemeralSession,
+                               QObject* parent)
     : QObject(parent), settings_(settings), ownFetcher_(std::make_unique<OnDemandClient>()) {
-    store_ = std::make_unique<WeatherStore>(*ownFetcher_, WeatherCache::forSession(ephemeralSession));
+    store_ =
+        std::make_unique<WeatherStore>(*ownFetcher_, WeatherCache::forSession(ephemeralSession));
     applySettings();
     observer_ = settings_.observe([this](const std::string&) { applySettings(); });
     store_->start();
 }
 
-WeatherRuntime::WeatherRuntime(app::WeatherSettings& settings, WeatherFetching& fetcher, WeatherCache cache,
-                               std::unique_ptr<NetworkPathWatch> watch, WeatherStore::Clock clock, QObject* parent)
+WeatherRuntime::WeatherRuntime(settings::WeatherSettings& settings, WeatherFetching& fetcher,
+                               WeatherCache cache, std::unique_ptr<NetworkPathWatch> watch,
+                               WeatherStore::Clock clock, QObject* parent)
     : QObject(parent), settings_(settings) {
-    store_ = std::make_unique<WeatherStore>(fetcher, std::move(cache), std::move(watch), std::move(clock));
+    store_ = std::make_unique<WeatherStore>(fetcher, std::move(cache), std::move(watch),
+                                            std::move(clock));
     applySettings();
     observer_ = settings_.observe([this](const std::string&) { applySettings(); });
     store_->start();

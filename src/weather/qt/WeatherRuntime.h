@@ -7,9 +7,9 @@
 
 #include "weather/qt/WeatherStore.h"
 
-namespace trotlet::app {
+namespace trotlet::settings {
 class WeatherSettings;
-}
+}  // namespace trotlet::settings
 
 namespace trotlet::weather {
 
@@ -22,10 +22,12 @@ class WeatherRuntime : public QObject {
 public:
     // The live app's: the Open-Meteo client and the session's cache (none for an in-memory
     // session unless TROTLET_WEATHER_CACHE names one).
-    WeatherRuntime(app::WeatherSettings& settings, bool ephemeralSession, QObject* parent = nullptr);
+    WeatherRuntime(settings::WeatherSettings& settings, bool ephemeralSession,
+                   QObject* parent = nullptr);
     // Tests bring their own fetcher, cache, network watch and clock; `fetcher` must outlive this.
-    WeatherRuntime(app::WeatherSettings& settings, WeatherFetching& fetcher, WeatherCache cache,
-                   std::unique_ptr<NetworkPathWatch> watch, WeatherStore::Clock clock, QObject* parent = nullptr);
+    WeatherRuntime(settings::WeatherSettings& settings, WeatherFetching& fetcher,
+                   WeatherCache cache, std::unique_ptr<NetworkPathWatch> watch,
+                   WeatherStore::Clock clock, QObject* parent = nullptr);
     ~WeatherRuntime() override;
 
     void setPanelOpen(bool open) { store_->setPanelOpen(open); }
@@ -38,7 +40,7 @@ public:
 private:
     void applySettings();
 
-    app::WeatherSettings& settings_;
+    settings::WeatherSettings& settings_;
     std::unique_ptr<WeatherFetching> ownFetcher_;
     std::unique_ptr<WeatherStore> store_;
     int observer_ = 0;

@@ -11,10 +11,10 @@
 #include <QTimer>
 
 #include "alerts/qt/NotificationController.h"
-#include "app/DefaultsStore.h"
-#include "app/NotificationSettings.h"
 #include "metrics/MetricKinds.h"
 #include "metrics/MetricsSnapshot.h"
+#include "settings/DefaultsStore.h"
+#include "settings/NotificationSettings.h"
 #include "shop/Calendar.h"
 #include "shop/ShopStateCodec.h"
 #include "shop/files/FileShopPersistence.h"
@@ -42,7 +42,8 @@ void settle() {
 struct TempDir {
     std::filesystem::path path;
     TempDir() {
-        std::string pattern = (std::filesystem::temp_directory_path() / "shop-runtime-XXXXXX").string();
+        std::string pattern =
+            (std::filesystem::temp_directory_path() / "shop-runtime-XXXXXX").string();
         path = ::mkdtemp(pattern.data());
     }
     ~TempDir() { std::filesystem::remove_all(path); }
@@ -73,7 +74,8 @@ struct RuntimeTest : ::testing::Test {
         p.calendar = std::make_unique<FixedOffsetCalendar>(0);
         auto now = [c = clock] { return c->wall(); };
         if (onDisk)
-            p.persistence = std::make_unique<FileShopPersistence>(shopFile().string(), *p.calendar, now, 11);
+            p.persistence =
+                std::make_unique<FileShopPersistence>(shopFile().string(), *p.calendar, now, 11);
         else
             p.persistence = std::make_unique<InMemoryShopPersistence>(*p.calendar, now, 11);
         return p;
@@ -316,19 +318,22 @@ TEST_F(RuntimeTest, AnInMemorySessionNeverWritesTheShopFileAndARealOneDoes) {
 TEST_F(RuntimeTest, AchievementsAndAdoptionsReachTheNotificationsAndTheEquippedMascotIsTold) {
     make();
     ASSERT_FALSE(moments.empty());
-    app::DefaultsStore store = app::DefaultsStore::ephemeral({"trotlet"});
-    app::NotificationSettings settings{store};
+    settings::DefaultsStore store = settings::DefaultsStore::ephemeral({"trotlet"});
+    settings::NotificationSettings settings{store};
     alerts::NotificationController controller(settings, nullptr, {});
     QStringList posted;
     QObject::connect(&controller, &alerts::NotificationController::alertPosted,
                      [&posted](const QString& id, const QString& title, const QString& body) {
                          posted << id + " | " + title + " | " + body;
                      });
-    QObject::connect(runtime.get(), &ShopRuntime::momentRaised, [&controller](const EconomyMoment& m) {
-        if (const auto event = alertEventFor(m)) controller.onEvent(*event, std::chrono::system_clock::now());
-    });
+    QObject::connect(runtime.get(), &ShopRuntime::momentRaised,
+                     [&controller](const EconomyMoment& m) {
+                         if (const auto event = alertEventFor(m))
+                             controller.onEvent(*event, std::chrono::system_clock::now());
+                     });
     QStringList equipped;
-    QObject::connect(runtime.get(), &ShopRuntime::equippedChanged, [&equipped](const QString& id) { equipped << id; });
+    QObject::connect(runtime.get(), &ShopRuntime::equippedChanged,
+                     [&equipped](const QString& id) { equipped << id; });
 
     // The moments of the first launch: the gift itself is the panel's, its achievement is news.
     EXPECT_FALSE(alertEventFor(moments.front()));
@@ -345,9 +350,11 @@ TEST_F(RuntimeTest, AchievementsAndAdoptionsReachTheNotificationsAndTheEquippedM
 
     ASSERT_EQ(posted.size(), 2);
     EXPECT_EQ(posted[0].toStdString(),
-              "trotlet.achievement | Achievement unlocked: Hello, Human | Open Trotlet for the first time. "
+              "trotlet.achievement | Achievement unlocked: Hello, Human | Open Trotlet for the "
+              "first time. "
               "You earned 50 Fish.");
-    EXPECT_TRUE(posted[1].startsWith("trotlet.purchase | Welcome home, ")) << posted[1].toStdString();
+    EXPECT_TRUE(posted[1].startsWith("trotlet.purchase | Welcome home, "))
+        << posted[1].toStdString();
     EXPECT_EQ(equipped, QStringList{"shiba"});
 }
 

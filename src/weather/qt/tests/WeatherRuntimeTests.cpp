@@ -6,8 +6,8 @@
 
 #include <QDateTime>
 
-#include "app/DefaultsStore.h"
-#include "app/WeatherSettings.h"
+#include "settings/DefaultsStore.h"
+#include "settings/WeatherSettings.h"
 #include "weather/qt/WeatherRuntime.h"
 #include "weather/tests/LocalHttpServer.h"
 #include "weather/tests/OpenMeteoSamples.h"
@@ -20,8 +20,13 @@ using testing::ScriptedFetcher;
 
 constexpr UnixTime T0 = 1795852800;
 
-WeatherLocation paris() { return {2988507, "Paris", "Île-de-France", "France", "FR", 48.85341, 2.3488, "Europe/Paris"}; }
-WeatherLocation london() { return {2643743, "London", "England", "United Kingdom", "GB", 51.50853, -0.12574, "Europe/London"}; }
+WeatherLocation paris() {
+    return {2988507, "Paris", "Île-de-France", "France", "FR", 48.85341, 2.3488, "Europe/Paris"};
+}
+WeatherLocation london() {
+    return {2643743, "London", "England", "United Kingdom",
+            "GB",    51.50853, -0.12574,  "Europe/London"};
+}
 
 class SilentWatch : public NetworkPathWatch {
 public:
@@ -52,14 +57,15 @@ private:
 };
 
 struct WeatherRuntimeTest : ::testing::Test {
-    app::DefaultsStore defaults = app::DefaultsStore::ephemeral({"trotlet"});
-    app::WeatherSettings settings{defaults};
+    settings::DefaultsStore defaults = settings::DefaultsStore::ephemeral({"trotlet"});
+    settings::WeatherSettings settings{defaults};
     ScriptedFetcher fetcher;
     UnixTime now = T0;
 
     std::unique_ptr<WeatherRuntime> scripted() {
         testing::ensureApp();
-        return std::make_unique<WeatherRuntime>(settings, fetcher, WeatherCache(), std::make_unique<SilentWatch>(),
+        return std::make_unique<WeatherRuntime>(settings, fetcher, WeatherCache(),
+                                                std::make_unique<SilentWatch>(),
                                                 [this] { return now; });
     }
 };
@@ -149,7 +155,8 @@ TEST_F(WeatherRuntimeTest, TheLiveRuntimeFetchesFromTheServiceOnceAPlaceIsShown)
     EXPECT_FALSE(runtime.hasClient());
     settings.setEncodedLocation(encodeLocationSetting(paris()));
     settings.setShowInMenuBar(true);
-    ASSERT_TRUE(testing::spinUntil([&] { return runtime.store().currentReport().has_value(); }, 10000));
+    ASSERT_TRUE(
+        testing::spinUntil([&] { return runtime.store().currentReport().has_value(); }, 10000));
     EXPECT_TRUE(runtime.hasClient());
     ASSERT_EQ(server.requests().size(), 1u);
     EXPECT_EQ(server.requests()[0].path(), "/v1/forecast");
