@@ -24,6 +24,12 @@ nlohmann::ordered_json mascotDumpBlock(const metrics::MetricsSnapshot& snapshot,
                                        const FrameEnvironment& frameSettings,
                                        const LocalCalendar& calendar);
 
+// The state the mascot settles into when `snapshot` holds for a minute (the dump's mascot and
+// the panel's screenshots).
+MascotState settledMascotState(const metrics::MetricsSnapshot& snapshot,
+                               const MascotCharacter& character, const MascotBehavior& behavior,
+                               const LocalCalendar& calendar);
+
 // The simulated stretch, in seconds; long enough for every hold the machine knows.
 inline constexpr int dumpSettleSeconds = 60;
 
