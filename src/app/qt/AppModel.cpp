@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdio>
 #include <cstdlib>
 #include <random>
 #include <string>
@@ -77,8 +78,10 @@ AppModel::AppModel(const cli::LaunchOptions& options, settings::AppSettings& set
     animator_ = new mascot::MascotAnimator(this);
     animator_->setIdleSeconds([idle = idle_] { return idle->idleSeconds(); });
     applyMascotSettings();
-    connect(reduceMotion_, &platform::ReduceMotion::changed, this,
-            [this] { applyMascotSettings(); });
+    connect(reduceMotion_, &platform::ReduceMotion::changed, this, [this] {
+        applyMascotSettings();
+        emit motionPolicyChanged();
+    });
     connect(screenLock_, &platform::ScreenLock::lockedChanged, this, [this](bool locked) {
         debugLog(locked ? "screen locked: mascot paused" : "screen unlocked: mascot resumed");
         screenLocked_ = locked;
@@ -89,6 +92,7 @@ AppModel::AppModel(const cli::LaunchOptions& options, settings::AppSettings& set
                 [this] { applyMascotSettings(); });
     observe(settings_.menuBar(), [this](const std::string&) {
         applyMascotSettings();
+        emit motionPolicyChanged();
         applyExtraKinds();
         applyPause();
     });
@@ -231,12 +235,25 @@ void AppModel::applyExtraKinds() {
     store_->setExtraKinds(gpu ? metrics::MetricKinds::gpu : metrics::MetricKinds());
 }
 
+bool AppModel::motionReduced() const {
+    return reduceMotion_->reduceMotion().value_or(false) &&
+           !settings_.menuBar().animateWithReduceMotion();
+}
+
+QDBusConnection AppModel::sessionBus() const { return QDBusConnection::sessionBus(); }
+
 void AppModel::setPanelOpen(bool open) {
     store_->setTier(open ? metrics::ConsumerTier::panelOpen : metrics::ConsumerTier::menuBarOnly);
     notifications_->setPanelOpen(open);
     shop_->setPanelOpen(open);
     weather_->setPanelOpen(open);
     if (open) store_->sampleNow();
+    if (debugLogEnabled()) {
+        char line[96];
+        std::snprintf(line, sizeof line, "sampling: %s tier, every %.1f s",
+                      open ? "panel" : "menu bar", store_->plan().intervalSec);
+        debugLog(line);
+    }
 }
 
 void AppModel::onSample() {

@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include <QDBusConnection>
 #include <QObject>
 #include <QPoint>
 
@@ -77,9 +78,14 @@ public:
     shop::ShopRuntime& shop() { return *shop_; }
     weather::WeatherRuntime& weather() { return *weather_; }
     layout::LayoutStore& layout() { return *layout_; }
+    // Whether animations should hold still: the desktop asks to reduce motion and the user did
+    // not choose to animate anyway.
+    bool motionReduced() const;
+    QDBusConnection sessionBus() const;
 
 signals:
     void trayActivated(QPoint point);
+    void motionPolicyChanged();
 
 private:
     void applyGeneralSettings();

@@ -21,6 +21,7 @@
 #include "app/qt/LiveApp.h"
 #include "app/qt/SingleInstance.h"
 #include "platform/freedesktop/TrayItem.h"
+#include "snapshot/SnapshotRunner.h"
 
 namespace trotlet::app {
 
@@ -29,6 +30,15 @@ namespace {
 int runHeadless(const cli::LaunchOptions& options, int& argc, char** argv) {
     // No display is needed or opened: the modes print and exit from inside the event loop,
     // once the application has finished launching.
+    // Snapshots paint widgets: they get a GUI application on the offscreen platform.
+    if (options.mode == cli::LaunchOptions::Mode::snapshot) {
+        snapshot::SnapshotRunner::prepareEnvironment();
+        QApplication app(argc, argv);
+        snapshot::SnapshotRunner::prepareApplication();
+        QTimer::singleShot(0, &app,
+                           [&options] { QCoreApplication::exit(runHeadlessMode(options)); });
+        return app.exec();
+    }
     QCoreApplication app(argc, argv);
     QTimer::singleShot(0, &app, [&options] { QCoreApplication::exit(runHeadlessMode(options)); });
     return app.exec();

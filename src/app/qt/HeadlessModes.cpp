@@ -9,6 +9,7 @@
 #include "mascot/qt/MascotDumpEncoder.h"
 #include "metrics/qt/MetricsDump.h"
 #include "settings/Platform.h"
+#include "snapshot/SnapshotRunner.h"
 
 namespace trotlet::app {
 
@@ -75,9 +76,9 @@ int runHeadlessMode(const cli::LaunchOptions& options) {
         case Mode::moveCopy:
             return runMoveToApplications(options);
         case Mode::snapshot:
-            return unavailable("--snapshot");
+            return snapshot::SnapshotRunner::run(options);
         case Mode::listScenes:
-            return unavailable("--list-scenes");
+            return snapshot::SnapshotRunner::listScenes(options);
         case Mode::updatesCheck:
             return unavailable("--updates-check");
         case Mode::liveApp:

@@ -6,61 +6,23 @@
 #include <QApplication>
 #include <QCursor>
 #include <QGuiApplication>
-#include <QLabel>
 #include <QMenu>
 #include <QScreen>
 #include <QTimer>
-#include <QVBoxLayout>
 #include <QWidget>
 
 #include "app/qt/AppModel.h"
 #include "app/qt/DebugLog.h"
+#include "app/qt/PanelHost.h"
 #include "app/qt/SignalRelay.h"
 #include "panel/PanelPlacement.h"
 #include "platform/freedesktop/TrayItem.h"
 #include "settings/qt/SessionSettings.h"
+#include "ui/panel/PanelWindow.h"
 
 namespace trotlet::app {
 
 namespace {
-
-const char* tabTitle(panel::PanelTab tab) {
-    switch (tab) {
-        case panel::PanelTab::overview:
-            return "Overview";
-        case panel::PanelTab::processes:
-            return "Processes";
-        case panel::PanelTab::shop:
-            return "Shop";
-        case panel::PanelTab::settings:
-            return "Settings";
-    }
-    return "Overview";
-}
-
-const char* detailTitle(panel::MetricDetail detail) {
-    switch (detail) {
-        case panel::MetricDetail::cpu:
-            return "CPU";
-        case panel::MetricDetail::memory:
-            return "Memory";
-        case panel::MetricDetail::network:
-            return "Network";
-        case panel::MetricDetail::disk:
-            return "Disk";
-        case panel::MetricDetail::battery:
-            return "Battery";
-        case panel::MetricDetail::heat:
-            return "Heat";
-        case panel::MetricDetail::weather:
-            return "Weather";
-        case panel::MetricDetail::pawreport:
-            return "Paw Report";
-        case panel::MetricDetail::gpu:
-            return "GPU";
-    }
-    return "";
-}
 
 panel::PanelRect toRect(const QRect& r) {
     return panel::PanelRect{r.x(), r.y(), r.width(), r.height()};
@@ -94,7 +56,6 @@ LiveApp::LiveApp(const cli::LaunchOptions& options, const std::vector<std::strin
         quit(QString::fromLatin1(number == SIGINT ? "SIGINT" : "SIGTERM"));
     });
 
-    buildPanel();
     buildTray();
     debugLog(settings_->store().isEphemeral() ? "live app started (in-memory settings)"
                                               : "live app started");
@@ -103,7 +64,9 @@ LiveApp::LiveApp(const cli::LaunchOptions& options, const std::vector<std::strin
 }
 
 LiveApp::~LiveApp() {
-    // The model observes the settings, which are a member and would go first.
+    // The panel and the model observe the settings, which are a member and would go first.
+    delete panel_;
+    panel_ = nullptr;
     delete model_;
     model_ = nullptr;
 }
@@ -125,6 +88,8 @@ void LiveApp::buildTray() {
     });
 
     model_ = new AppModel(options_, *settings_, menu_.get(), this);
+    panel_ = new PanelHost(*model_, *settings_, options_, this);
+    connect(panel_, &PanelHost::closeRequested, this, &LiveApp::closePanel);
     connect(model_, &AppModel::trayActivated, this, [this](QPoint point) {
         // The global shortcut reports a null point: it was no click.
         if (!point.isNull()) pendingClick_ = point;
@@ -136,32 +101,6 @@ void LiveApp::buildTray() {
             [this](const QString& token) { pendingToken_ = token; });
 }
 
-void LiveApp::buildPanel() {
-    panel_ = std::make_unique<QWidget>(nullptr, Qt::Tool | Qt::FramelessWindowHint);
-    panel_->setWindowTitle(QStringLiteral("Trotlet"));
-    panel_->resize(panelSize_);
-    auto* layout = new QVBoxLayout(panel_.get());
-    auto* title = new QLabel(QStringLiteral("Trotlet"), panel_.get());
-    QFont font = title->font();
-    font.setPointSizeF(font.pointSizeF() * 1.4);
-    font.setBold(true);
-    title->setFont(font);
-    layout->addWidget(title);
-    layout->addWidget(new QLabel(QStringLiteral("A menu bar system monitor with a running mascot."),
-                                 panel_.get()));
-    routeLabel_ = new QLabel(panel_.get());
-    routeLabel_->setObjectName(QStringLiteral("panelRoute"));
-    layout->addWidget(routeLabel_);
-    layout->addStretch();
-    showRoute();
-}
-
-void LiveApp::showRoute() {
-    QString text = QString::fromLatin1(tabTitle(tab_));
-    if (detail_) text += QStringLiteral(" › ") + QString::fromLatin1(detailTitle(*detail_));
-    routeLabel_->setText(text);
-}
-
 void LiveApp::logRoute() const {
     std::string line = "panel tab: " + std::string(panel::PanelTabNames[std::size_t(tab_)]);
     if (detail_)
@@ -169,9 +108,10 @@ void LiveApp::logRoute() const {
     debugLog(line);
 }
 
-bool LiveApp::isPanelOpen() const { return panel_ && panel_->isVisible(); }
+bool LiveApp::isPanelOpen() const { return panel_ && panel_->isOpen(); }
 
 void LiveApp::togglePanel(const QString& reason) {
+    openClock_.start();
     if (isPanelOpen())
         closePanel(reason);
     else
@@ -181,12 +121,13 @@ void LiveApp::togglePanel(const QString& reason) {
 void LiveApp::showPanelTab(panel::PanelTab tab, const QString& reason) {
     tab_ = tab;
     detail_.reset();
-    showRoute();
     if (isPanelOpen()) {
+        panel_->showTab(tab_);
         logRoute();
-        panel_->raise();
-        panel_->activateWindow();
+        panel_->window().raise();
+        panel_->window().activateWindow();
     } else {
+        openClock_.start();
         openPanel(reason);
     }
 }
@@ -209,22 +150,19 @@ void LiveApp::placePanel() {
         request.lastTrayClick = panel::PanelPoint{lastTrayClick_->x(), lastTrayClick_->y()};
     const QPoint cursor = QCursor::pos();
     request.cursor = panel::PanelPoint{cursor.x(), cursor.y()};
-    request.panel = panel::PanelSize{panelSize_.width(), panelSize_.height()};
+    ui::PanelWindow& window = panel_->window();
+    request.panel = panel::PanelSize{window.width(), window.preferredHeight()};
 
     const panel::PanelPlacement placement = panel::placePanel(request);
     if (placement.anchor != panel::PanelAnchor::topRightCorner && pendingClick_)
         lastTrayClick_ = pendingClick_;
-    if (placement.screen && panel_->screen() != screens[int(*placement.screen)])
-        panel_->setScreen(screens[int(*placement.screen)]);
+    if (placement.screen && window.screen() != screens[int(*placement.screen)])
+        window.setScreen(screens[int(*placement.screen)]);
     const panel::PanelRect& f = placement.frame;
-    if (placement.positionHonoured) {
-        panel_->resize(f.width, f.height);
-    } else {
-        // Tiling compositors (sway among them) float a window whose minimum and maximum
-        // sizes agree, instead of tiling the panel across the workspace.
-        panel_->setFixedSize(f.width, f.height);
-    }
-    panel_->move(f.x, f.y);
+    // The window has a fixed size (tiling compositors, sway among them, float such a window
+    // instead of tiling it); a screen shorter than the content makes the Overview scroll.
+    window.setFixedSize(f.width, f.height);
+    window.move(f.x, f.y);
     if (debugLogEnabled()) {
         char click[48] = "no click";
         if (pendingClick_)
@@ -255,10 +193,16 @@ void LiveApp::openPanel(const QString& reason) {
     // compositor may show the panel unfocused, or only flag it.
     const bool useToken = wayland && !token.isEmpty();
     if (useToken) qputenv("XDG_ACTIVATION_TOKEN", token);
-    panel_->show();
+    if (!openClock_.isValid()) openClock_.start();
+    if (detail_)
+        panel_->showDetail(*detail_);
+    else
+        panel_->showTab(tab_);
+    panel_->show(openClock_);
+    openClock_.invalidate();
     if (model_) model_->setPanelOpen(true);
-    panel_->raise();
-    panel_->activateWindow();
+    panel_->window().raise();
+    panel_->window().activateWindow();
     if (useToken) qunsetenv("XDG_ACTIVATION_TOKEN");
     debugLog(("panel opened (" + reason + ")").toStdString());
     logRoute();
@@ -268,6 +212,9 @@ void LiveApp::openPanel(const QString& reason) {
 
 void LiveApp::closePanel(const QString& reason) {
     if (!isPanelOpen()) return;
+    // The tab the user left is where the panel opens next time.
+    tab_ = panel_->window().currentTab();
+    detail_.reset();
     panel_->hide();
     pendingToken_.clear();
     if (model_) model_->setPanelOpen(false);

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QPoint>
 #include <QSize>
@@ -14,18 +15,16 @@
 #include "panel/PanelRoute.h"
 #include "settings/AppSettings.h"
 
-class QLabel;
 class QMenu;
-class QWidget;
 
 namespace trotlet::app {
 
 class AppModel;
+class PanelHost;
 class SignalRelay;
 
-// The live app as far as it is built: the session's settings, the tray item with its menu,
-// the panel window (a placeholder until the panel lands) and the process signals. The
-// metrics, mascot, economy and weather objects attach here as they arrive.
+// The live app: the session's settings, the tray item with its menu, the engines (AppModel),
+// the panel and the process signals.
 class LiveApp : public QObject {
     Q_OBJECT
 public:
@@ -46,8 +45,6 @@ public slots:
 
 private:
     void buildTray();
-    void buildPanel();
-    void showRoute();
     void logRoute() const;
     void placePanel();
 
@@ -64,9 +61,8 @@ private:
     QString pendingToken_;
     panel::PanelTab tab_ = panel::PanelTab::overview;
     std::optional<panel::MetricDetail> detail_;
-    QSize panelSize_{360, 240};
-    std::unique_ptr<QWidget> panel_;
-    QLabel* routeLabel_ = nullptr;
+    PanelHost* panel_ = nullptr;
+    QElapsedTimer openClock_;
     SignalRelay* signals_ = nullptr;
 };
 

@@ -23,7 +23,8 @@ int millisecondsUntil(double seconds) {
 
 }  // namespace
 
-ShopTick ShopTick::fromSnapshot(const metrics::MetricsSnapshot& snapshot, metrics::MetricKinds kinds) {
+ShopTick ShopTick::fromSnapshot(const metrics::MetricsSnapshot& snapshot,
+                                metrics::MetricKinds kinds) {
     ShopTick tick;
     tick.sample.cpuLoad = snapshot.cpu.total;
     // The process table is read only while the panel shows it; an older list would name a
@@ -31,18 +32,21 @@ ShopTick ShopTick::fromSnapshot(const metrics::MetricsSnapshot& snapshot, metric
     if (kinds.contains(metrics::MetricKinds::processes) && !snapshot.processes.topCPU.empty())
         tick.sample.topProcess = snapshot.processes.topCPU.front().name;
     if (kinds.contains(metrics::MetricKinds::sensors))
-        tick.sample.hottestCelsius = snapshot.thermal.cpuMaxC ? snapshot.thermal.cpuMaxC : snapshot.thermal.cpuC;
-    if (kinds.contains(metrics::MetricKinds::network)) tick.totalDownBytes = snapshot.network.totalDownBytes;
+        tick.sample.hottestCelsius =
+            snapshot.thermal.cpuMaxC ? snapshot.thermal.cpuMaxC : snapshot.thermal.cpuC;
+    if (kinds.contains(metrics::MetricKinds::network))
+        tick.totalDownBytes = snapshot.network.totalDownBytes;
     return tick;
 }
 
-ShopRuntime::Parts ShopRuntime::systemParts(const ShopDebugOptions& debug, bool inMemorySession, std::uint64_t seed) {
+ShopRuntime::Parts ShopRuntime::systemParts(const ShopDebugOptions& debug, bool inMemorySession,
+                                            std::uint64_t seed) {
     Parts parts;
     parts.clock = std::make_unique<SystemEconomyClock>();
     parts.calendar = std::make_unique<LocalTimeCalendar>();
     const EconomyClock* clock = parts.clock.get();
-    parts.persistence = makeShopPersistence(debug, inMemorySession, *parts.calendar,
-                                            [clock] { return clock->read().wall; }, seed);
+    parts.persistence = makeShopPersistence(
+        debug, inMemorySession, *parts.calendar, [clock] { return clock->read().wall; }, seed);
     return parts;
 }
 
@@ -62,10 +66,12 @@ ShopDebugOptions ShopRuntime::debugOptionsFromArguments() {
 ShopRuntime::ShopRuntime(Parts parts, Options options, QObject* parent)
     : QObject(parent), parts_(std::move(parts)), options_(options) {
     ShopLoadResult loaded = parts_.persistence->loadResult();
-    engine_ = std::make_unique<EconomyEngine>(std::move(loaded.state), *parts_.clock, *parts_.calendar, options_.seed);
+    engine_ = std::make_unique<EconomyEngine>(std::move(loaded.state), *parts_.clock,
+                                              *parts_.calendar, options_.seed);
     if (loaded.notice) {
         // The panel shows the banner; until the user opens it, the terminal hears of it.
-        std::fprintf(stderr, "trotlet: %s. %s\n", loaded.notice->title().c_str(), loaded.notice->body().c_str());
+        std::fprintf(stderr, "trotlet: %s. %s\n", loaded.notice->title().c_str(),
+                     loaded.notice->body().c_str());
         engine_->notices().raise(*loaded.notice);
     }
     engine_->setGoldenFishEnabled(options_.goldenFishEnabled);
@@ -102,7 +108,8 @@ void ShopRuntime::tick(const ShopTick& tick) {
     double elapsed = 0;
     // Time between samples on the monotonic clock: the wall clock may be set at any moment,
     // and after a reboot the previous reading means nothing.
-    if (lastTick_ && lastTick_->bootId == now.bootId && now.monotonicNanos >= lastTick_->monotonicNanos)
+    if (lastTick_ && lastTick_->bootId == now.bootId &&
+        now.monotonicNanos >= lastTick_->monotonicNanos)
         elapsed = static_cast<double>(now.monotonicNanos - lastTick_->monotonicNanos) / 1e9;
     lastTick_ = now;
 
@@ -114,7 +121,8 @@ void ShopRuntime::tick(const ShopTick& tick) {
     engine_->tickPassive(elapsed, tick.idleSeconds.value_or(0));
     engine_->recordSample(tick.sample);
     engine_->addDistance(tick.metersRun);
-    if (tick.mascotAsleep && elapsed <= EconomyRules::longestCreditedTickSeconds) engine_->addSleep(elapsed);
+    if (tick.mascotAsleep && elapsed <= EconomyRules::longestCreditedTickSeconds)
+        engine_->addSleep(elapsed);
     if (tick.totalDownBytes) {
         // A counter that went down was reset (another interface, a driver reload): start over.
         if (lastDownBytes_ && *tick.totalDownBytes > *lastDownBytes_)
@@ -139,6 +147,8 @@ void ShopRuntime::setPanelOpen(bool open) {
     engine_->handle(open ? EconomyEvent::panelOpened : EconomyEvent::panelClosed);
     advanceGoldenFish();
 }
+
+void ShopRuntime::handle(EconomyEvent event) { engine_->handle(event); }
 
 void ShopRuntime::setGoldenFishEnabled(bool enabled) {
     if (engine_->goldenFishEnabled() == enabled) return;
@@ -166,6 +176,7 @@ void ShopRuntime::engineChanged() {
         equipped_ = equipped;
         emit equippedChanged(QString::fromStdString(equipped_));
     }
+    emit changed();
 }
 
 void ShopRuntime::scheduleSave(int delayMs) {

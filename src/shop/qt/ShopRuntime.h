@@ -33,7 +33,8 @@ struct ShopTick {
 
     // The sample's part: CPU load, the busiest process (only when the sample read the process
     // table), the hottest CPU reading and the received-bytes counter.
-    static ShopTick fromSnapshot(const metrics::MetricsSnapshot& snapshot, metrics::MetricKinds kinds);
+    static ShopTick fromSnapshot(const metrics::MetricsSnapshot& snapshot,
+                                 metrics::MetricKinds kinds);
 };
 
 // The economy in the running app: owns the engine, its clock, calendar and shop file, feeds
@@ -67,7 +68,8 @@ public:
     // The machine's clocks and time zone, and the shop chosen by the debug flags: a demo shop
     // in memory, the in-memory session's demo shop (never touching shop.json), another file,
     // or "shop.json" in the data folder.
-    static Parts systemParts(const ShopDebugOptions& debug, bool inMemorySession, std::uint64_t seed);
+    static Parts systemParts(const ShopDebugOptions& debug, bool inMemorySession,
+                             std::uint64_t seed);
     // The debug flags from the process's own command line (none in release builds).
     static ShopDebugOptions debugOptionsFromArguments();
 
@@ -85,6 +87,8 @@ public:
     void tick(const ShopTick& tick);
 
     void setPanelOpen(bool open);
+    // A user's action in the panel: a pet, a process quit.
+    void handle(EconomyEvent event);
     void setGoldenFishEnabled(bool enabled);
     // The mascot's mood has just become overheated.
     void mascotOverheated();
@@ -104,7 +108,9 @@ public:
     int saveCount() const { return saves_; }
     const std::string& lastSaveError() const { return lastSaveError_; }
     bool isGoldenFishTimerArmed() const { return fishTimer_.isActive(); }
-    int goldenFishTimerIntervalMs() const { return fishTimer_.isActive() ? fishTimer_.interval() : -1; }
+    int goldenFishTimerIntervalMs() const {
+        return fishTimer_.isActive() ? fishTimer_.interval() : -1;
+    }
 
     // The Golden Fish timer's work: a spawn or a miss when due, then the timer is set again.
     // Public so a test on a fake clock can fire it.
@@ -115,6 +121,8 @@ signals:
     void equippedChanged(const QString& mascotId);
     // A Golden Fish appeared, was caught or swam away.
     void goldenFishChanged();
+    // Anything in the shop changed: the balance, the counters, the inventory.
+    void changed();
 
 private:
     void engineChanged();

@@ -416,6 +416,9 @@ TEST_F(LiveAppOnPrivateBus, ActivateOpensThenClosesThePanel) {
     ASSERT_EQ(reply.type(), QDBusMessage::ReplyMessage) << reply.errorMessage().toStdString();
     EXPECT_TRUE(app.waitForLog(QStringLiteral("trotlet: panel opened (tray click)")))
         << app.log().toStdString();
+    // The open panel samples at the chosen interval (2 s by default), the closed one slower.
+    EXPECT_TRUE(app.waitForLog(QStringLiteral("trotlet: sampling: panel tier, every 2.0 s")))
+        << app.log().toStdString();
     std::optional<testing::XWindow> panel;
     ASSERT_TRUE(waitUntil([&] { return (panel = panelWindow()).has_value(); }, kEventMs))
         << "no panel window on the screen";
@@ -431,6 +434,8 @@ TEST_F(LiveAppOnPrivateBus, ActivateOpensThenClosesThePanel) {
                                     QStringLiteral("Activate"), {clickX, clickY});
     ASSERT_EQ(reply.type(), QDBusMessage::ReplyMessage) << reply.errorMessage().toStdString();
     EXPECT_TRUE(app.waitForLog(QStringLiteral("trotlet: panel closed (tray click)")))
+        << app.log().toStdString();
+    EXPECT_TRUE(app.waitForLog(QStringLiteral("trotlet: sampling: menu bar tier")))
         << app.log().toStdString();
     EXPECT_TRUE(waitUntil([&] { return !panelWindow(); }, kEventMs))
         << "the panel stayed on the screen";
@@ -535,8 +540,8 @@ protected:
     // app reads it only when it keeps its settings, so the tests start it without
     // --skip-onboarding (whose session settings live in memory).
     void writeWeatherSettings(const nlohmann::json& more) {
-        const weather::WeatherLocation paris{
-            2988507, "Paris", "Île-de-France", "France", "FR", 48.85341, 2.3488, "Europe/Paris"};
+        const weather::WeatherLocation paris{2988507, "Paris",  "Île-de-France", "France",
+                                             "FR",    48.85341, 2.3488,          "Europe/Paris"};
         nlohmann::json settings = {{"weather.location", weather::encodeLocationSetting(paris)},
                                    {"weather.showInMenuBar", true}};
         settings.update(more);
@@ -578,8 +583,8 @@ TEST_F(LiveAppWithWeather, TemperatureAloneIsTheLabelWithoutATickerReading) {
     writeWeatherSettings({{"menuBar.textMetric", "none"}});
     ASSERT_TRUE(startApp({QStringLiteral("--mock"), QStringLiteral("--awake")}));
     const auto shown = waitForLabel(QRegularExpression(QStringLiteral("^-?\\d+°C$")));
-    ASSERT_TRUE(shown) << "no temperature in the label; labels so far: "
-                       << announcedLabels().size() << "\n"
+    ASSERT_TRUE(shown) << "no temperature in the label; labels so far: " << announcedLabels().size()
+                       << "\n"
                        << app.log().toStdString();
     EXPECT_EQ(shown->first, QStringLiteral("23°C"));
     EXPECT_EQ(shown->second, QStringLiteral("-188°C"));
@@ -590,14 +595,15 @@ TEST_F(LiveAppWithWeather, TemperatureAloneIsTheLabelWithoutATickerReading) {
 }
 
 TEST_F(LiveAppWithWeather, TemperatureFollowsTheTickerReadingInTheChosenUnit) {
-    writeWeatherSettings({{"menuBar.textMetric", "cpu"},
-                          {"monitoring.temperatureUnit", "fahrenheit"}});
+    writeWeatherSettings(
+        {{"menuBar.textMetric", "cpu"}, {"monitoring.temperatureUnit", "fahrenheit"}});
     ASSERT_TRUE(startApp({QStringLiteral("--mock"), QStringLiteral("--awake")}));
     const QRegularExpression both(QStringLiteral("^(\\d+(\\.\\d+)?\\s?%)  74°F$"));
     const auto shown = waitForLabel(both);
     ASSERT_TRUE(shown) << "no reading and temperature in the label; last label \""
-                       << (announcedLabels().isEmpty() ? std::string()
-                                                       : announcedLabels().last().first.toStdString())
+                       << (announcedLabels().isEmpty()
+                               ? std::string()
+                               : announcedLabels().last().first.toStdString())
                        << "\"\n"
                        << app.log().toStdString();
     // The guide holds the reading's widest sample and room for any temperature, in that order.

@@ -1,0 +1,197 @@
+#include "app/qt/PanelHost.h"
+
+#include <QApplication>
+#include <QEvent>
+#include <QPalette>
+
+#include <cstdio>
+#include <cstdlib>
+
+#include "app/qt/AppModel.h"
+#include "app/qt/DebugLog.h"
+#include "layout/LayoutStore.h"
+#include "mascot/qt/MascotAnimator.h"
+#include "metrics/qt/MetricsStore.h"
+#include "panel/HeaderContent.h"
+#include "panel/PanelTabs.h"
+#include "platform/freedesktop/ColorScheme.h"
+#include "settings/AppSettings.h"
+#include "settings/RawEnum.h"
+#include "shop/Catalog.h"
+#include "shop/qt/ShopRuntime.h"
+#include "ui/overview/OverviewView.h"
+#include "ui/panel/PanelHeader.h"
+#include "ui/panel/PanelModel.h"
+#include "ui/panel/PanelWindow.h"
+#include "ui/theme/ThemeStore.h"
+#include "weather/qt/WeatherRuntime.h"
+#include "weather/qt/WeatherStore.h"
+
+namespace trotlet::app {
+namespace {
+
+constexpr int releaseAfterMs = 60 * 1000;
+
+bool perfLogging() {
+    const char* value = std::getenv("TROTLET_PANEL_PERF");
+    return value && *value && std::string_view(value) != "0";
+}
+
+}  // namespace
+
+PanelHost::PanelHost(AppModel& model, settings::AppSettings& settings,
+                     const cli::LaunchOptions& options, QObject* parent)
+    : QObject(parent), app_(model), settings_(settings), options_(options) {
+    theme_ = std::make_unique<ui::ThemeStore>();
+    theme_->setPaletteIsDark(QApplication::palette().color(QPalette::Window).lightness() < 128);
+    theme_->setPreference(settings_.general().appearance());
+    appearanceObserver_ = settings_.general().observe([this](const std::string& key) {
+        if (key == "general.appearance") theme_->setPreference(settings_.general().appearance());
+    });
+    colorScheme_ = new platform::ColorScheme(app_.sessionBus(), this);
+    connect(colorScheme_, &platform::ColorScheme::changed, this,
+            [this](std::optional<std::uint32_t> scheme) { theme_->setPortalScheme(scheme); });
+    theme_->setPortalScheme(colorScheme_->scheme());
+    releaseTimer_.setSingleShot(true);
+    releaseTimer_.setInterval(releaseAfterMs);
+    connect(&releaseTimer_, &QTimer::timeout, this, &PanelHost::release);
+}
+
+PanelHost::~PanelHost() {
+    settings_.general().unobserve(appearanceObserver_);
+    window_.reset();
+    model_.reset();
+}
+
+ui::PanelWindow& PanelHost::window() {
+    if (!window_) build();
+    return *window_;
+}
+
+bool PanelHost::isOpen() const { return window_ && window_->isVisible(); }
+
+void PanelHost::build() {
+    model_ = std::make_unique<ui::PanelModel>(settings_, app_.layout(), app_.store().history());
+    window_ = std::make_unique<ui::PanelWindow>(*model_, *theme_);
+    window_->setWindowFlags(Qt::Tool | Qt::FramelessWindowHint);
+    window_->installEventFilter(this);
+    connect(window_.get(), &ui::PanelWindow::closeRequested, this,
+            [this] { emit closeRequested(QStringLiteral("Escape")); });
+    connect(window_.get(), &ui::PanelWindow::cardActivated, this, [this](const std::string& id) {
+        if (const auto detail = panel::detailForCard(id)) showDetail(*detail);
+    });
+    connect(model_.get(), &ui::PanelModel::petRequested, this,
+            [this] { app_.shop().handle(shop::EconomyEvent::pet); });
+
+    // The model follows the live stores while the window exists.
+    connect(&app_.store(), &metrics::MetricsStore::updated, model_.get(), [this] {
+        if (isOpen()) feedSample();
+    });
+    connect(&app_.animator(), &mascot::MascotAnimator::stateChanged, model_.get(), [this] {
+        if (isOpen()) feedMascot();
+    });
+    connect(&app_.shop(), &shop::ShopRuntime::changed, model_.get(), [this] {
+        if (isOpen()) feedShop();
+    });
+    connect(&app_.weather().store(), &weather::WeatherStore::changed, model_.get(), [this] {
+        if (isOpen()) feedWeather();
+    });
+    connect(&app_, &AppModel::motionPolicyChanged, model_.get(),
+            [this] { model_->setReduceMotion(app_.motionReduced()); });
+    builtSinceShown_ = true;
+    debugLog("panel built");
+}
+
+void PanelHost::feedSample() {
+    if (app_.store().hasSnapshot())
+        model_->setSample(app_.store().latest(), app_.store().latestKinds());
+}
+
+void PanelHost::feedMascot() {
+    const auto& animator = app_.animator();
+    model_->setMascot(animator.drawnMascotId(), animator.visual(), animator.framesPerSecond());
+    if (const auto* item = shop::Catalog::item(animator.drawnMascotId()))
+        model_->setMascotName(item->name);
+}
+
+void PanelHost::feedShop() {
+    const auto& engine = app_.shop().engine();
+    model_->setFishBalance(engine.wallet().balance());
+    panel::PawSummary paw;
+    paw.distanceMeters = engine.today().metersRun;
+    paw.fishEarnedToday = engine.wallet().earned(
+        std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch()).count());
+    paw.fishBalance = engine.wallet().balance();
+    model_->setPaw(paw);
+}
+
+void PanelHost::feedWeather() {
+    const auto now = std::chrono::duration_cast<std::chrono::seconds>(
+                         std::chrono::system_clock::now().time_since_epoch())
+                         .count();
+    model_->setWeather(panel::summarizeWeather(app_.weather().store().currentReport(), now));
+}
+
+void PanelHost::show(const QElapsedTimer& startedAt) {
+    releaseTimer_.stop();
+    ui::PanelWindow& w = window();
+    const bool first = builtSinceShown_;
+    builtSinceShown_ = false;
+    model_->setReduceMotion(app_.motionReduced());
+    feedMascot();
+    feedShop();
+    feedWeather();
+    feedSample();
+    if (perfLogging()) {
+        perfClock_ = startedAt;
+        perfFirstBuild_ = first;
+    }
+    w.header().setAnimating(true);
+    w.show();
+    debugLog(first ? "panel shown (built now)" : "panel shown (kept from before)");
+}
+
+void PanelHost::hide() {
+    if (!window_) return;
+    window_->header().setAnimating(false);
+    window_->hide();
+    releaseTimer_.start();
+}
+
+void PanelHost::showTab(panel::PanelTab tab) { window().showTab(tab); }
+
+void PanelHost::showDetail(panel::MetricDetail detail) {
+    auto& w = window();
+    w.showTab(panel::PanelTab::overview);
+    const std::string card(panel::MetricDetailNames[std::size_t(detail)]);
+    w.overview().highlight(card);
+    debugLog("detail " + card + ": no detail screen yet, the Overview highlights its card");
+}
+
+void PanelHost::release() {
+    if (!window_ || window_->isVisible()) return;
+    releaseTimer_.stop();
+    window_.reset();
+    model_.reset();
+    debugLog("panel released after a minute closed");
+}
+
+bool PanelHost::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == window_.get()) {
+        if (event->type() == QEvent::WindowDeactivate && !options_.keepPanelOpen &&
+            window_->isVisible())
+            emit closeRequested(QStringLiteral("focus lost"));
+        if (event->type() == QEvent::UpdateRequest && perfClock_) {
+            // The update request paints the whole window; its end is the first frame shown.
+            const bool handled = static_cast<QObject*>(window_.get())->event(event);
+            std::fprintf(stderr, "trotlet: panel first frame %.1f ms after the request (%s)\n",
+                         double(perfClock_->nsecsElapsed()) / 1e6,
+                         perfFirstBuild_ ? "built for this open" : "kept from before");
+            perfClock_.reset();
+            return handled;
+        }
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+}  // namespace trotlet::app

@@ -1,0 +1,83 @@
+#pragma once
+
+#include <QElapsedTimer>
+#include <QObject>
+#include <QTimer>
+
+#include <memory>
+#include <optional>
+
+#include "cli/LaunchOptions.h"
+#include "panel/PanelRoute.h"
+
+namespace trotlet::settings {
+class AppSettings;
+}
+namespace trotlet::platform {
+class ColorScheme;
+}
+namespace trotlet::ui {
+class PanelModel;
+class PanelWindow;
+class ThemeStore;
+}  // namespace trotlet::ui
+
+namespace trotlet::app {
+
+class AppModel;
+
+// Owns the panel window and feeds it from the live model. The window, its model and its
+// drawn caches are built on the first open and released once the panel has been closed for a
+// minute, so a closed panel costs nothing but the theme.
+class PanelHost : public QObject {
+    Q_OBJECT
+public:
+    PanelHost(AppModel& model, settings::AppSettings& settings, const cli::LaunchOptions& options,
+              QObject* parent = nullptr);
+    ~PanelHost() override;
+
+    // The window, built on first use.
+    ui::PanelWindow& window();
+    bool isBuilt() const { return window_ != nullptr; }
+    bool isOpen() const;
+
+    // Shows the built window (placed by the caller) and starts feeding it. `startedAt` is when
+    // the request arrived, for TROTLET_PANEL_PERF.
+    void show(const QElapsedTimer& startedAt);
+    void hide();
+    void showTab(panel::PanelTab tab);
+    // Opens a metric's detail; until detail screens exist, the Overview with that card
+    // highlighted.
+    void showDetail(panel::MetricDetail detail);
+    // Releases the window now (tests; the timer does it after a minute).
+    void release();
+    bool releasePending() const { return releaseTimer_.isActive(); }
+
+signals:
+    void closeRequested(const QString& reason);
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void build();
+    void feedSample();
+    void feedMascot();
+    void feedShop();
+    void feedWeather();
+
+    AppModel& app_;
+    settings::AppSettings& settings_;
+    cli::LaunchOptions options_;
+    std::unique_ptr<ui::ThemeStore> theme_;
+    platform::ColorScheme* colorScheme_ = nullptr;
+    std::unique_ptr<ui::PanelModel> model_;
+    std::unique_ptr<ui::PanelWindow> window_;
+    QTimer releaseTimer_;
+    std::optional<QElapsedTimer> perfClock_;
+    bool perfFirstBuild_ = false;
+    bool builtSinceShown_ = false;
+    int appearanceObserver_ = -1;
+};
+
+}  // namespace trotlet::app

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <QElapsedTimer>
+#include <QTimer>
+#include <QWidget>
+
+#include <functional>
+#include <memory>
+
+#include "mascot/qt/MascotRenderer.h"
+
+namespace trotlet::ui {
+
+class PanelModel;
+class ThemeStore;
+
+// The panel's header: the mascot at 44 pt with its own frame clock, the mood line, and the
+// Fish and weather chips. The backdrop is a hook, so a painted sky can take its place; the
+// band to the right of the mascot is kept clear for fish swimming across.
+class PanelHeader : public QWidget {
+    Q_OBJECT
+public:
+    using Backdrop = std::function<void(QPainter&, const QRectF&)>;
+
+    PanelHeader(PanelModel& model, const ThemeStore& theme, QWidget* parent = nullptr);
+
+    void setBackdrop(Backdrop backdrop);
+    // Stops or starts the frame clock: it runs only while shown and motion is allowed.
+    void setAnimating(bool animating);
+    bool isAnimating() const { return timer_.isActive(); }
+    // Shows a fixed frame: for screenshots.
+    void setFrameIndex(int index);
+    int frameIndex() const { return frame_; }
+    QRectF mascotRect() const;
+    // Drops the drawn frames; the next paint draws again.
+    void releaseCaches();
+
+    QSize sizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    bool showsFocusRing() const { return hasFocus() && keyboardFocus_; }
+
+private:
+    void pet();
+    void reschedule();
+    void moodLineMaybeChanged();
+    qreal petLift() const;
+
+    PanelModel& model_;
+    const ThemeStore& theme_;
+    Backdrop backdrop_;
+    mascot::MascotRenderer renderer_;
+    QTimer timer_;
+    QTimer moodTimer_;
+    QString moodLine_;
+    int frame_ = 0;
+    bool wantAnimation_ = true;
+    QElapsedTimer petClock_;
+    bool keyboardFocus_ = false;
+};
+
+}  // namespace trotlet::ui

@@ -1,0 +1,68 @@
+#include "ui/panel/PanelModel.h"
+
+#include "mascot/MoodLine.h"
+#include "settings/AppSettings.h"
+
+namespace trotlet::ui {
+
+PanelModel::PanelModel(settings::AppSettings& settings, layout::LayoutStore& layout,
+                       const metrics::MetricHistory& history, QObject* parent)
+    : QObject(parent), settings_(settings), layout_(layout), history_(history) {}
+
+void PanelModel::setSample(const metrics::MetricsSnapshot& sample, metrics::MetricKinds kinds) {
+    sample_ = sample;
+    kinds_ = kinds;
+    emit sampleChanged();
+}
+
+void PanelModel::setMascot(const std::string& id, const mascot::MascotState& visual, double fps) {
+    const bool same = id == mascotId_ && visual.mood == visual_.mood &&
+                      visual.loadBand == visual_.loadBand &&
+                      visual.accessories == visual_.accessories && fps == fps_;
+    mascotId_ = id;
+    visual_ = visual;
+    fps_ = fps;
+    if (!same) emit mascotChanged();
+}
+
+void PanelModel::setReduceMotion(bool reduce) {
+    if (reduce == reduceMotion_) return;
+    reduceMotion_ = reduce;
+    emit reduceMotionChanged();
+}
+
+void PanelModel::setFishBalance(std::int64_t balance) {
+    if (balance == fish_) return;
+    fish_ = balance;
+    emit walletChanged();
+}
+
+void PanelModel::setWeather(std::optional<panel::WeatherSummary> weather) {
+    weather_ = std::move(weather);
+    emit weatherChanged();
+}
+
+metrics::Timestamp PanelModel::now() const {
+    return clock_ ? clock_() : std::chrono::system_clock::now();
+}
+
+panel::CardInputs PanelModel::cardInputs() const {
+    panel::CardInputs in;
+    in.sample = sample();
+    in.kinds = kinds_;
+    in.perCore = settings_.monitoring().showPerCoreCPU();
+    in.temperatureUnit = settings_.monitoring().temperatureUnit();
+    in.networkUnit = settings_.monitoring().networkUnit();
+    in.paw = paw_;
+    in.weather = weather_;
+    return in;
+}
+
+std::string PanelModel::moodLine() const {
+    if (!sample_ || !settings_.mascot().showMoodLine()) return {};
+    return mascot::MoodLine::text(visual_, *sample_, mascotName_, now(),
+                                  settings_.menuBar().speedSource(),
+                                  settings_.monitoring().temperatureUnit());
+}
+
+}  // namespace trotlet::ui

@@ -1,0 +1,102 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "mascot/MascotState.h"
+#include "metrics/MetricHistory.h"
+#include "metrics/MetricsSnapshot.h"
+#include "panel/CardContent.h"
+#include "panel/PanelRoute.h"
+
+namespace trotlet::settings {
+class AppSettings;
+}
+namespace trotlet::layout {
+class LayoutStore;
+}
+
+namespace trotlet::ui {
+
+// Everything the panel's views read, in one place. The live app pushes its stores' news in;
+// the snapshot harness fills it from fixtures. Views hold no rules and no engines: they read
+// this model, ask the pure panel functions what to show, and send the user's actions back out
+// as signals.
+class PanelModel : public QObject {
+    Q_OBJECT
+public:
+    using Clock = std::function<metrics::Timestamp()>;
+
+    PanelModel(settings::AppSettings& settings, layout::LayoutStore& layout,
+               const metrics::MetricHistory& history, QObject* parent = nullptr);
+
+    settings::AppSettings& settings() const { return settings_; }
+    layout::LayoutStore& layout() const { return layout_; }
+    const metrics::MetricHistory& history() const { return history_; }
+
+    // The latest sample and the kinds it carries; none before the first.
+    const metrics::MetricsSnapshot* sample() const { return sample_ ? &*sample_ : nullptr; }
+    metrics::MetricKinds sampledKinds() const { return kinds_; }
+    void setSample(const metrics::MetricsSnapshot& sample, metrics::MetricKinds kinds);
+
+    // The mascot as drawn: its id, the animator's drawn state and frame rate.
+    const std::string& mascotId() const { return mascotId_; }
+    const mascot::MascotState& mascotVisual() const { return visual_; }
+    double mascotFramesPerSecond() const { return fps_; }
+    void setMascot(const std::string& id, const mascot::MascotState& visual, double fps);
+    const std::string& mascotName() const { return mascotName_; }
+    void setMascotName(const std::string& name) { mascotName_ = name; }
+
+    bool reduceMotion() const { return reduceMotion_; }
+    void setReduceMotion(bool reduce);
+
+    std::int64_t fishBalance() const { return fish_; }
+    void setFishBalance(std::int64_t balance);
+
+    const std::optional<panel::WeatherSummary>& weather() const { return weather_; }
+    void setWeather(std::optional<panel::WeatherSummary> weather);
+    const std::optional<panel::PawSummary>& paw() const { return paw_; }
+    void setPaw(std::optional<panel::PawSummary> paw) { paw_ = std::move(paw); }
+
+    metrics::Timestamp now() const;
+    void setClock(Clock clock) { clock_ = std::move(clock); }
+
+    // What every card reads: the sample, the units and switches from the settings.
+    panel::CardInputs cardInputs() const;
+    // The header's caption for the current state, or empty when the setting hides it.
+    std::string moodLine() const;
+
+signals:
+    void sampleChanged();
+    void mascotChanged();
+    void reduceMotionChanged();
+    void walletChanged();
+    void weatherChanged();
+    void layoutChanged();
+    // The user's actions, for the live app to carry out.
+    void petRequested();
+    void detailRequested(trotlet::panel::MetricDetail detail);
+
+private:
+    settings::AppSettings& settings_;
+    layout::LayoutStore& layout_;
+    const metrics::MetricHistory& history_;
+    std::optional<metrics::MetricsSnapshot> sample_;
+    metrics::MetricKinds kinds_;
+    std::string mascotId_ = "cat";
+    std::string mascotName_ = "Mochi";
+    mascot::MascotState visual_;
+    double fps_ = 1;
+    bool reduceMotion_ = false;
+    std::int64_t fish_ = 0;
+    std::optional<panel::WeatherSummary> weather_;
+    std::optional<panel::PawSummary> paw_;
+    Clock clock_;
+};
+
+}  // namespace trotlet::ui

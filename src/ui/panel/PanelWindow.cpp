@@ -1,0 +1,209 @@
+#include "ui/panel/PanelWindow.h"
+
+#include <QKeyEvent>
+#include <QPainter>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QStackedWidget>
+#include <QVBoxLayout>
+
+#include "panel/PanelTabs.h"
+#include "ui/overview/OverviewView.h"
+#include "ui/panel/ComingSoonView.h"
+#include "ui/panel/PanelHeader.h"
+#include "ui/panel/PanelModel.h"
+#include "ui/panel/ScrollIndicator.h"
+#include "ui/panel/TabBar.h"
+#include "ui/theme/ThemeStore.h"
+
+namespace trotlet::ui {
+namespace {
+
+constexpr int tabGap = 10;      // between the header and the tabs
+constexpr int contentGap = 12;  // between the tabs and the screen
+
+QString placeholderSentence(panel::PanelTab tab) {
+    switch (tab) {
+        case panel::PanelTab::processes:
+            return QStringLiteral(
+                "Every process with its cost, sorted and searchable, is on its way.");
+        case panel::PanelTab::shop:
+            return QStringLiteral("Spend your Fish on new friends here soon.");
+        case panel::PanelTab::settings:
+            return QStringLiteral(
+                "Preferences will live here. Until then they are in settings.json.");
+        default:
+            return {};
+    }
+}
+
+}  // namespace
+
+PanelWindow::PanelWindow(PanelModel& model, ThemeStore& theme, QWidget* parent)
+    : QWidget(parent), model_(model), theme_(theme) {
+    setObjectName(QStringLiteral("panel"));
+    setWindowTitle(QStringLiteral("Trotlet"));
+    setAccessibleName(QStringLiteral("Trotlet"));
+    setFixedWidth(Metrics::panelWidth);
+
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, Metrics::margin);
+    column->setSpacing(0);
+    header_ = new PanelHeader(model_, theme_, this);
+    column->addWidget(header_);
+    column->addSpacing(tabGap);
+
+    tabs_ = new TabBar(theme_, this);
+    auto* tabRow = new QHBoxLayout;
+    tabRow->setContentsMargins(Metrics::margin, 0, Metrics::margin, 0);
+    tabRow->addWidget(tabs_);
+    column->addLayout(tabRow);
+    column->addSpacing(contentGap);
+
+    stack_ = new QStackedWidget(this);
+    column->addWidget(stack_, 1);
+
+    // The Overview scrolls inside the panel once it outgrows the height limit.
+    scroll_ = new QScrollArea(this);
+    scroll_->setObjectName(QStringLiteral("overviewScroll"));
+    scroll_->setFrameShape(QFrame::NoFrame);
+    // No scroll bar eating into the grid: the wheel, the keyboard and a slim indicator do.
+    scroll_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroll_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroll_->setWidgetResizable(false);
+    scroll_->viewport()->setAutoFillBackground(false);
+    overview_ = new OverviewView(model_, theme_);
+    auto* holder = new QWidget;
+    holder->setAutoFillBackground(false);
+    auto* holderLayout = new QHBoxLayout(holder);
+    holderLayout->setContentsMargins(Metrics::margin, 0, Metrics::margin, 0);
+    holderLayout->addWidget(overview_);
+    holder->setFixedWidth(Metrics::panelWidth);
+    holder->setFixedHeight(overview_->height());
+    scroll_->setWidget(holder);
+    screens_[0] = scroll_;
+    stack_->addWidget(scroll_);
+    for (std::size_t i = 1; i < screens_.size(); ++i) {
+        const auto tab = panel::PanelTab(i);
+        screens_[i] = new ComingSoonView(QString::fromStdString(panel::tabTitle(tab)),
+                                         placeholderSentence(tab), theme_);
+        stack_->addWidget(screens_[i]);
+    }
+
+    connect(tabs_, &TabBar::tabChosen, this, &PanelWindow::showTab);
+    connect(overview_, &OverviewView::cardActivated, this, &PanelWindow::cardActivated);
+    connect(&model_, &PanelModel::layoutChanged, this, [this, holder] {
+        holder->setFixedHeight(overview_->height());
+        fitToContent();
+    });
+    indicator_ = new ScrollIndicator(*scroll_, theme_);
+    connect(&theme_, &ThemeStore::changed, this, &PanelWindow::applyTheme);
+    applyTheme();
+    setFocusPolicy(Qt::StrongFocus);
+    setTabOrder(header_, tabs_);
+    fitToContent();
+}
+
+void PanelWindow::applyTheme() {
+    // Views read the theme at paint time; the palette covers what Qt itself fills (the scroll
+    // area's viewport).
+    const Palette& pal = theme_.theme().palette();
+    QPalette palette = this->palette();
+    palette.setColor(QPalette::Window, pal.window);
+    palette.setColor(QPalette::Base, pal.window);
+    palette.setColor(QPalette::WindowText, pal.text);
+    palette.setColor(QPalette::Text, pal.text);
+    setPalette(palette);
+    update();
+    for (QWidget* child : findChildren<QWidget*>()) child->update();
+}
+
+panel::PanelTab PanelWindow::currentTab() const { return tabs_->current(); }
+
+void PanelWindow::showTab(panel::PanelTab tab) {
+    if (detail_ && tab != panel::PanelTab::overview) popDetail();
+    tabs_->setCurrent(tab);
+    stack_->setCurrentWidget(screens_[std::size_t(tab)]);
+    fitToContent();
+    emit tabChanged(tab);
+}
+
+void PanelWindow::setTabScreen(panel::PanelTab tab, QWidget* screen) {
+    QWidget*& slot = screens_[std::size_t(tab)];
+    const bool current = stack_->currentWidget() == slot;
+    stack_->removeWidget(slot);
+    delete slot;
+    slot = screen;
+    stack_->insertWidget(int(tab), screen);
+    if (current) stack_->setCurrentWidget(screen);
+    fitToContent();
+}
+
+void PanelWindow::pushDetail(QWidget* view) {
+    popDetail();
+    detail_ = view;
+    stack_->addWidget(view);
+    stack_->setCurrentWidget(view);
+    view->setFocus(Qt::OtherFocusReason);
+}
+
+bool PanelWindow::popDetail() {
+    if (!detail_) return false;
+    // The Overview's scroll area was only hidden, so it keeps its position.
+    stack_->setCurrentWidget(scroll_);
+    stack_->removeWidget(detail_);
+    detail_->deleteLater();
+    detail_ = nullptr;
+    return true;
+}
+
+int PanelWindow::preferredHeight() const {
+    const QWidget* screen = stack_->currentWidget();
+    int content =
+        screen == scroll_ ? overview_->height() : std::max(screen->sizeHint().height(), 260);
+    const int chrome =
+        Metrics::headerHeight + tabGap + Metrics::tabBarHeight + contentGap + Metrics::margin;
+    return std::min(chrome + content, Metrics::maxPanelHeight);
+}
+
+void PanelWindow::fitToContent() { setFixedHeight(preferredHeight()); }
+
+void PanelWindow::keyPressEvent(QKeyEvent* event) {
+    const auto mods = event->modifiers() & ~Qt::KeypadModifier;
+    if (event->key() == Qt::Key_Escape ||
+        (mods == Qt::AltModifier && event->key() == Qt::Key_Left)) {
+        if (popDetail()) return;
+        if (event->key() == Qt::Key_Escape) emit closeRequested();
+        return;
+    }
+    if (mods == Qt::ControlModifier && event->key() >= Qt::Key_1 && event->key() <= Qt::Key_9) {
+        if (const auto tab = panel::tabForNumber(event->key() - Qt::Key_0)) showTab(*tab);
+        return;
+    }
+    QWidget::keyPressEvent(event);
+}
+
+bool PanelWindow::event(QEvent* event) {
+    // Ctrl+Tab would otherwise move the focus: it steps through the tabs instead.
+    if (event->type() == QEvent::ShortcutOverride || event->type() == QEvent::KeyPress) {
+        auto* key = static_cast<QKeyEvent*>(event);
+        const bool ctrl = key->modifiers() & Qt::ControlModifier;
+        if (ctrl && (key->key() == Qt::Key_Tab || key->key() == Qt::Key_Backtab)) {
+            if (event->type() == QEvent::KeyPress)
+                showTab(panel::steppedTab(currentTab(), key->key() == Qt::Key_Backtab ? -1 : 1));
+            event->accept();
+            return true;
+        }
+    }
+    return QWidget::event(event);
+}
+
+void PanelWindow::paintEvent(QPaintEvent*) {
+    const Palette& pal = theme_.theme().palette();
+    QPainter p(this);
+    p.fillRect(rect(), pal.window);
+    p.setPen(QPen(pal.border, 1));
+    p.drawRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5));
+}
+
+}  // namespace trotlet::ui

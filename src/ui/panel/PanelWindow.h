@@ -1,0 +1,75 @@
+#pragma once
+
+#include <QWidget>
+
+#include <array>
+#include <optional>
+#include <string>
+
+#include "panel/PanelRoute.h"
+
+class QScrollArea;
+class QStackedWidget;
+
+namespace trotlet::ui {
+
+class OverviewView;
+class PanelHeader;
+class PanelModel;
+class ScrollIndicator;
+class TabBar;
+class ThemeStore;
+
+// The panel: header, tab bar and the current tab's screen, on a fixed-width frameless window.
+// Its height follows the content up to a limit, past which the Overview scrolls. Other screens
+// plug in through `setTabScreen`; a detail view is pushed over the Overview and popped by Back
+// (Escape or Alt+Left), which returns to the Overview at the scroll it had.
+class PanelWindow : public QWidget {
+    Q_OBJECT
+public:
+    PanelWindow(PanelModel& model, ThemeStore& theme, QWidget* parent = nullptr);
+
+    PanelHeader& header() const { return *header_; }
+    TabBar& tabs() const { return *tabs_; }
+    OverviewView& overview() const { return *overview_; }
+    QScrollArea& overviewScroll() const { return *scroll_; }
+
+    panel::PanelTab currentTab() const;
+    void showTab(panel::PanelTab tab);
+    // Replaces a tab's placeholder with its screen; the window owns it.
+    void setTabScreen(panel::PanelTab tab, QWidget* screen);
+    void pushDetail(QWidget* view);
+    bool popDetail();
+    bool hasDetail() const { return detail_ != nullptr; }
+
+    // The height that shows everything, capped at the panel's limit.
+    int preferredHeight() const;
+    // Sizes the window to the current tab's content.
+    void fitToContent();
+
+signals:
+    void closeRequested();
+    void tabChanged(trotlet::panel::PanelTab tab);
+    void cardActivated(const std::string& id);
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    bool event(QEvent* event) override;
+
+private:
+    void applyTheme();
+
+    PanelModel& model_;
+    ThemeStore& theme_;
+    PanelHeader* header_ = nullptr;
+    TabBar* tabs_ = nullptr;
+    QStackedWidget* stack_ = nullptr;
+    QScrollArea* scroll_ = nullptr;
+    OverviewView* overview_ = nullptr;
+    std::array<QWidget*, 4> screens_{};
+    QWidget* detail_ = nullptr;
+    ScrollIndicator* indicator_ = nullptr;
+};
+
+}  // namespace trotlet::ui

@@ -1,0 +1,110 @@
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QKeyEvent>
+
+#include "snapshot/SceneRig.h"
+#include "ui/cards/CardView.h"
+#include "ui/overview/OverviewView.h"
+#include "ui/panel/PanelHeader.h"
+#include "ui/panel/PanelWindow.h"
+#include "ui/panel/TabBar.h"
+
+namespace trotlet::ui {
+namespace {
+
+QApplication& application() {
+    static int argc = 1;
+    static char name[] = "ui_tests";
+    static char* argv[] = {name, nullptr};
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    // Never destroyed: Qt's input devices must outlive it, and they are torn down at exit.
+    static auto* app = new QApplication(argc, argv);
+    return *app;
+}
+
+class PanelWindowTest : public ::testing::Test {
+protected:
+    PanelWindowTest()
+        : rig((application(), metrics::MetricsFixture::normal)), window(rig.model(), rig.theme()) {
+        window.header().setAnimating(false);
+        window.show();
+        // Focus goes only to widgets of the active window.
+        QApplication::setActiveWindow(&window);
+    }
+
+    void press(QWidget* target, int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        QKeyEvent down(QEvent::KeyPress, key, modifiers);
+        QApplication::sendEvent(target, &down);
+    }
+
+    CardView* card(const char* id) { return window.overview().card(id); }
+
+    snapshot::SceneRig rig;
+    PanelWindow window;
+};
+
+TEST_F(PanelWindowTest, ControlKeysWalkTheTabs) {
+    press(&window, Qt::Key_2, Qt::ControlModifier);
+    EXPECT_EQ(window.currentTab(), panel::PanelTab::processes);
+    press(&window, Qt::Key_Tab, Qt::ControlModifier);
+    EXPECT_EQ(window.currentTab(), panel::PanelTab::shop);
+    press(&window, Qt::Key_Backtab, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(window.currentTab(), panel::PanelTab::processes);
+    press(&window.tabs(), Qt::Key_Right);
+    EXPECT_EQ(window.currentTab(), panel::PanelTab::shop);
+    press(&window, Qt::Key_1, Qt::ControlModifier);
+    EXPECT_EQ(window.currentTab(), panel::PanelTab::overview);
+}
+
+TEST_F(PanelWindowTest, ArrowsFollowTheGridAndEnterOpensTheCard) {
+    std::vector<std::string> opened;
+    QObject::connect(&window, &PanelWindow::cardActivated,
+                     [&](const std::string& id) { opened.push_back(id); });
+    card("cpu")->setFocus(Qt::TabFocusReason);
+    press(card("cpu"), Qt::Key_Right);
+    EXPECT_TRUE(card("memory")->hasFocus());
+    press(card("memory"), Qt::Key_Down);
+    EXPECT_TRUE(card("network")->hasFocus());
+    press(card("network"), Qt::Key_Down);
+    EXPECT_TRUE(card("heat")->hasFocus()) << "the card under the middle of the band";
+    press(card("heat"), Qt::Key_Left);
+    EXPECT_TRUE(card("gpu")->hasFocus());
+    press(card("gpu"), Qt::Key_Left);
+    EXPECT_TRUE(card("gpu")->hasFocus()) << "the edge keeps the focus";
+    press(card("gpu"), Qt::Key_Return);
+    ASSERT_EQ(opened.size(), 1u);
+    EXPECT_EQ(opened.front(), "gpu");
+}
+
+TEST_F(PanelWindowTest, EscapeLeavesADetailFirstThenClosesThePanel) {
+    int close = 0;
+    QObject::connect(&window, &PanelWindow::closeRequested, [&] { ++close; });
+    auto* detail = new QWidget;
+    window.pushDetail(detail);
+    press(detail, Qt::Key_Escape);
+    EXPECT_FALSE(window.hasDetail());
+    EXPECT_EQ(close, 0);
+    press(&window, Qt::Key_Escape);
+    EXPECT_EQ(close, 1);
+}
+
+TEST_F(PanelWindowTest, ASampleRepaintsOnlyTheCardsItChanged) {
+    rig.model().setSample(rig.sample(), metrics::MetricKinds::all);
+    EXPECT_EQ(window.overview().lastRefreshRepainted(), 0) << "the same sample again";
+    auto sample = rig.sample();
+    sample.cpu.total = 0.91;
+    rig.model().setSample(sample, metrics::MetricKinds::all);
+    EXPECT_EQ(window.overview().lastRefreshRepainted(), 1);
+    EXPECT_EQ(card("cpu")->content().value, "91");
+}
+
+TEST_F(PanelWindowTest, CardsSpeakTheirReadings) {
+    EXPECT_EQ(card("cpu")->accessibleName(), QStringLiteral("CPU"));
+    EXPECT_TRUE(card("cpu")->accessibleDescription().startsWith(QStringLiteral("23 percent")))
+        << card("cpu")->accessibleDescription().toStdString();
+    EXPECT_EQ(card("battery")->accessibleDescription().left(10), QStringLiteral("76 percent"));
+}
+
+}  // namespace
+}  // namespace trotlet::ui

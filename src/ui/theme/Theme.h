@@ -1,0 +1,98 @@
+#pragma once
+
+#include <QColor>
+#include <QFont>
+#include <QString>
+
+#include <string_view>
+
+#include "panel/Appearance.h"
+#include "panel/Level.h"
+
+namespace trotlet::ui {
+
+// Colours by role. Views name a role, never a hex code, so the dark palette is one table away.
+struct Palette {
+    QColor window;        // the panel's background
+    QColor surface;       // a card
+    QColor surfaceHover;  // a card under the pointer
+    QColor border;        // a card's hairline
+    QColor separator;
+    QColor text;
+    QColor textSecondary;
+    QColor textTertiary;
+    QColor accent;    // selection, the current tab, links
+    QColor onAccent;  // text on the accent
+    QColor focusRing;
+    QColor chip;       // the header's chips, the tab bar's track
+    QColor track;      // the empty part of a bar or gauge
+    QColor headerTop;  // the header's backdrop until the painted sky draws there
+    QColor headerBottom;
+    QColor calm, busy, hot, critical;
+
+    QColor level(panel::Level level) const;
+    // A card kind's accent by the registry's colour name ("blue", "teal", …).
+    QColor named(std::string_view name) const;
+};
+
+// Every size the panel uses, in points (device independent pixels).
+struct Metrics {
+    static constexpr int cellWidth = 52;
+    static constexpr int cellHeight = 20;
+    static constexpr int gap = 8;
+    static constexpr int columns = 6;
+    static constexpr int gridWidth = columns * cellWidth + (columns - 1) * gap;  // 352
+    static constexpr int margin = 16;
+    static constexpr int panelWidth = gridWidth + 2 * margin;  // 384
+    static constexpr int maxPanelHeight = 720;
+    static constexpr int headerHeight = 92;
+    static constexpr int tabBarHeight = 30;
+    static constexpr int mascotSize = 44;
+    static constexpr int cardRadius = 12;
+    static constexpr int cardPadding = 10;
+    static constexpr int chipRadius = 11;
+    static constexpr int chipHeight = 22;
+    static constexpr int panelRadius = 14;
+    static constexpr int focusWidth = 2;
+    static constexpr int iconSize = 14;
+    static constexpr int spacingSmall = 4;
+    static constexpr int spacing = 8;
+    static constexpr int spacingLarge = 12;
+};
+
+// The type scale, derived from the desktop's font so that text follows its size.
+struct TypeScale {
+    QFont caption;  // facts, captions
+    QFont body;
+    QFont label;     // card titles, tabs
+    QFont headline;  // a card's reading
+    QFont headlineSmall;
+    QFont unit;   // the unit beside a reading
+    QFont title;  // screen titles
+
+    static TypeScale from(const QFont& base);
+};
+
+// Focus rings show where the keyboard is; a click or the window opening moves the focus too,
+// and then no ring is drawn.
+inline bool isKeyboardFocus(Qt::FocusReason reason) {
+    return reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason ||
+           reason == Qt::ShortcutFocusReason || reason == Qt::OtherFocusReason;
+}
+
+class Theme {
+public:
+    static Theme make(panel::ColorScheme scheme, const QFont& base);
+
+    panel::ColorScheme scheme() const { return scheme_; }
+    bool isDark() const { return scheme_ == panel::ColorScheme::dark; }
+    const Palette& palette() const { return palette_; }
+    const TypeScale& type() const { return type_; }
+
+private:
+    panel::ColorScheme scheme_ = panel::ColorScheme::light;
+    Palette palette_;
+    TypeScale type_;
+};
+
+}  // namespace trotlet::ui
