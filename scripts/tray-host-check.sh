@@ -6,7 +6,8 @@
 #
 #   scripts/tray-host-check.sh [COMMAND...]
 #
-# COMMAND defaults to build/release/trotlet. Screenshots and logs go to $OUT (default
+# COMMAND defaults to build/release/trotlet; SCREEN sets the screen size (default 800x200,
+# taller to see the panel). Screenshots and logs go to $OUT (default
 # build/tray-host-check). Prints a JSON summary; exits 1 when the item never registered.
 set -euo pipefail
 
@@ -25,7 +26,7 @@ trap tray_host_stop EXIT
 
 TRAY_HOST_APT_LOG=$OUT.apt.log tray_host_install xdotool imagemagick || fail "could not install the tray host"
 # A throwaway home so the panel and the app never touch the user's files.
-tray_host_start "${DISPLAY_NUM:-87}" 800x200 "$OUT" || fail "the tray host did not start"
+tray_host_start "${DISPLAY_NUM:-87}" "${SCREEN:-800x200}" "$OUT" || fail "the tray host did not start"
 watcher=$TRAY_HOST_WATCHER
 sleep 1
 import -window root "$OUT/1-panel.png"
