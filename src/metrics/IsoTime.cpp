@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <cstdio>
 
+#include "metrics/TimeRange.h"
+
 namespace trotlet::metrics {
 
 using namespace std::chrono;
@@ -54,6 +56,8 @@ std::optional<Timestamp> parseIso8601(std::string_view s) {
         !digitsAt(s, 17, 2, se))
         return std::nullopt;
     if (h > 23 || mi > 59 || se > 60) return std::nullopt;
+    // Judged before any arithmetic: year 4200 in nanoseconds does not fit in 64 bits.
+    if (!isPlausibleYear(y)) return std::nullopt;
     const year_month_day ymd{year{y}, month{static_cast<unsigned>(mo)},
                              day{static_cast<unsigned>(d)}};
     if (!ymd.ok()) return std::nullopt;
@@ -90,6 +94,8 @@ std::optional<Timestamp> parseIso8601(std::string_view s) {
     if (pos != s.size()) return std::nullopt;
     const auto total = sys_days{ymd}.time_since_epoch() + hours{h} + minutes{mi} + seconds{se} -
                        seconds{offsetSec};
+    // An offset can still carry a boundary time across the edge ("1970-01-01T00:30:00+01:00").
+    if (!isPlausibleUnixSeconds(static_cast<double>(total.count()))) return std::nullopt;
     return Timestamp(duration_cast<Timestamp::duration>(duration_cast<nanoseconds>(total) +
                                                         nanoseconds{fracNs}));
 }

@@ -12,7 +12,8 @@ namespace trotlet::metrics {
 // time needs (none for a whole second, at most nine), so format and parse round-trip exactly.
 std::string formatIso8601(Timestamp t);
 
-// Accepts "YYYY-MM-DDTHH:MM:SS[.fraction](Z|+HH:MM|-HH:MM)". Anything else is absent.
+// Accepts "YYYY-MM-DDTHH:MM:SS[.fraction](Z|+HH:MM|-HH:MM)" for a moment within the plausible
+// range (TimeRange.h). Anything else is absent.
 std::optional<Timestamp> parseIso8601(std::string_view text);
 
 }  // namespace trotlet::metrics

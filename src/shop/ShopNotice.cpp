@@ -34,6 +34,9 @@ std::string ShopNotice::title() const {
 std::string ShopNotice::body() const {
     switch (kind) {
     case Kind::restoredFromBackup:
+        if (fileMissing)
+            return "Your shop file was missing, so Trotlet restored the last backup from " +
+                   fileName;
         return "Your shop file couldn't be read, so Trotlet restored the last backup. The broken file is saved as " +
                fileName;
     case Kind::resetAfterCorruption:

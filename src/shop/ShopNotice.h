@@ -21,6 +21,9 @@ struct ShopNotice {
     Kind kind = Kind::restoredFromBackup;
     std::string fileName;    // the file the body names, where it names one
     int64_t correction = 0;  // for balanceCorrected
+    // For restoredFromBackup: there was no shop file at all (deleted, or never written after a
+    // restore on a full disk), so `fileName` is the backup that was used.
+    bool fileMissing = false;
 
     std::string_view kindName() const;
     std::string title() const;

@@ -14,6 +14,18 @@ int64_t repairLoadedState(ShopState& state, const Calendar& calendar, Timestamp 
     return correction;
 }
 
+bool continuesHistory(const ShopState& next, const ShopState& earlier) {
+    if (next.createdAt != earlier.createdAt) return false;
+    if (earlier.ledger.empty()) return true;
+    const std::string& newest = earlier.ledger.back().id;
+    for (const auto& row : next.ledger)
+        if (row.id == newest) return true;
+    int64_t nextSum = 0, earlierSum = 0;
+    for (const auto& row : next.ledger) nextSum += row.amount;
+    for (const auto& row : earlier.ledger) earlierSum += row.amount;
+    return nextSum >= earlierSum;
+}
+
 InMemoryShopPersistence::InMemoryShopPersistence(const Calendar& calendar, std::function<Timestamp()> now,
                                                  uint64_t seed, std::optional<ShopState> initial)
     : calendar_(calendar), now_(std::move(now)), seed_(seed), initial_(std::move(initial)) {}

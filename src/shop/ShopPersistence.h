@@ -35,6 +35,12 @@ public:
 // Returns the correction (0 when none was needed).
 int64_t repairLoadedState(ShopState& state, const Calendar& calendar, Timestamp now);
 
+// Whether `next` carries on the history of `earlier`, so that a backup of `earlier` may be
+// replaced by it: the same shop (the same creation time) whose ledger still holds earlier's
+// newest row, or, once that row has been folded away, holds no fewer Fish. A fresh shop, or an
+// older or poorer copy, does not carry it on.
+bool continuesHistory(const ShopState& next, const ShopState& earlier);
+
 // Never touches a file: demo runs, runs that skip onboarding, the harnesses. Saves go
 // through the codec, so a state that can't round-trip shows up here too.
 class InMemoryShopPersistence final : public ShopPersistence {

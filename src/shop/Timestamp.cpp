@@ -3,6 +3,8 @@
 #include <cmath>
 #include <cstdio>
 
+#include "metrics/TimeRange.h"
+
 namespace trotlet::shop {
 
 long long daysFromCivil(int year, unsigned month, unsigned day) {
@@ -70,6 +72,7 @@ std::optional<Timestamp> parseIso8601(std::string_view text) {
         return std::nullopt;
     if (month < 1 || month > 12 || day < 1 || hour > 23 || minute > 59 || second > 60)
         return std::nullopt;
+    if (!metrics::isPlausibleYear(year)) return std::nullopt;
     const CivilDate roundTrip = civilFromDays(daysFromCivil(year, static_cast<unsigned>(month), static_cast<unsigned>(day)));
     if (static_cast<int>(roundTrip.month) != month) return std::nullopt;  // 2026-02-30 and friends
 
@@ -103,7 +106,10 @@ std::optional<Timestamp> parseIso8601(std::string_view text) {
     const long long days = daysFromCivil(year, static_cast<unsigned>(month), static_cast<unsigned>(day));
     const long long seconds = days * 86400 + hour * 3600 + minute * 60 + second - offsetSeconds;
     // Keep to milliseconds so that format(parse(x)) is stable.
-    return static_cast<double>(seconds) + std::round(fraction * 1000.0) / 1000.0;
+    const Timestamp moment = static_cast<double>(seconds) + std::round(fraction * 1000.0) / 1000.0;
+    // An offset can still carry a boundary time across the edge ("1970-01-01T00:30:00+01:00").
+    if (!metrics::isPlausibleUnixSeconds(moment)) return std::nullopt;
+    return moment;
 }
 
 }  // namespace trotlet::shop

@@ -22,8 +22,9 @@ CivilDate civilFromDays(long long days);
 // "2026-10-01T09:00:00Z"; milliseconds are written only when the moment has them.
 std::string formatIso8601(Timestamp t);
 
-// Accepts "YYYY-MM-DDTHH:MM:SS[.fff]" followed by "Z" or "+hh:mm"/"-hh:mm". Anything else is
-// none: a ledger date that can't be read makes the row unreadable rather than guessing.
+// Accepts "YYYY-MM-DDTHH:MM:SS[.fff]" followed by "Z" or "+hh:mm"/"-hh:mm", for a moment within
+// the plausible range (metrics/TimeRange.h). Anything else is none: a ledger date that can't be
+// read makes the row unreadable rather than guessing.
 std::optional<Timestamp> parseIso8601(std::string_view text);
 
 }  // namespace trotlet::shop

@@ -1,5 +1,6 @@
 #include "weather/WeatherReport.h"
 
+#include "metrics/TimeRange.h"
 #include "weather/JsonFields.h"
 
 namespace trotlet::weather {
@@ -87,6 +88,13 @@ struct Strict {
         ok = ok && v.has_value();
         return v.value_or(0);
     }
+    // A moment outside the plausible years is no moment: the age and horizon arithmetic on it
+    // would overflow.
+    UnixTime time(const char* k) {
+        const std::int64_t v = integer(k);
+        ok = ok && metrics::isPlausibleUnixSeconds(static_cast<double>(v));
+        return v;
+    }
     bool flag(const char* k) {
         auto v = json::boolean(j, k);
         ok = ok && v.has_value();
@@ -105,14 +113,14 @@ std::optional<WeatherReport> reportFromJson(const nlohmann::json& j) {
     if (!location) return std::nullopt;
     r.location = *location;
     Strict top{j};
-    r.fetchedAt = top.integer("fetchedAt");
+    r.fetchedAt = top.time("fetchedAt");
     r.utcOffsetSeconds = static_cast<int>(top.integer("utcOffsetSeconds"));
     if (!top.ok) return std::nullopt;
 
     auto* cur = json::field(j, "current");
     if (!cur || !cur->is_object()) return std::nullopt;
     Strict c{*cur};
-    r.current = {c.integer("time"), c.num("temperatureC"), c.num("apparentC"), c.num("humidity"),
+    r.current = {c.time("time"), c.num("temperatureC"), c.num("apparentC"), c.num("humidity"),
                  static_cast<int>(c.integer("code")), c.flag("isDay"), c.num("windKmh"),
                  c.num("windDirection"), c.num("precipitationMm"), c.num("cloudCover")};
     if (!c.ok) return std::nullopt;
@@ -122,7 +130,7 @@ std::optional<WeatherReport> reportFromJson(const nlohmann::json& j) {
     if (!hours || !hours->is_array() || !days || !days->is_array()) return std::nullopt;
     for (const auto& item : *hours) {
         Strict h{item};
-        WeatherHour hour{h.integer("time"), h.num("temperatureC"), h.num("apparentC"),
+        WeatherHour hour{h.time("time"), h.num("temperatureC"), h.num("apparentC"),
                          h.num("humidity"), static_cast<int>(h.integer("code")), h.flag("isDay"),
                          h.num("precipitationProbability"), h.num("cloudCover"), h.num("windKmh"),
                          h.num("windDirection")};
@@ -131,8 +139,8 @@ std::optional<WeatherReport> reportFromJson(const nlohmann::json& j) {
     }
     for (const auto& item : *days) {
         Strict d{item};
-        WeatherDay day{d.integer("date"), static_cast<int>(d.integer("code")), d.num("maxC"),
-                       d.num("minC"), d.integer("sunrise"), d.integer("sunset"),
+        WeatherDay day{d.time("date"), static_cast<int>(d.integer("code")), d.num("maxC"),
+                       d.num("minC"), d.time("sunrise"), d.time("sunset"),
                        d.num("precipitationProbability")};
         if (!d.ok) return std::nullopt;
         r.daily.push_back(day);

@@ -86,7 +86,7 @@ struct WeatherConditions {
 std::optional<WeatherConditions> conditionsAt(const WeatherReport& report, UnixTime at);
 
 // The cache's field names and order. Decoding is strict: a report with a missing or
-// mistyped field is no report.
+// mistyped field, or a time outside the plausible years (metrics/TimeRange.h), is no report.
 nlohmann::ordered_json reportToJson(const WeatherReport& report);
 std::optional<WeatherReport> reportFromJson(const nlohmann::json& json);
 

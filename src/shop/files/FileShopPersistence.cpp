@@ -59,9 +59,47 @@ std::optional<ShopState> FileShopPersistence::loadBackup() const {
     return std::nullopt;
 }
 
+ShopLoadResult FileShopPersistence::restore(ShopState backup, ShopNotice notice) {
+    ShopLoadResult result;
+    result.state = std::move(backup);
+    repairLoadedState(result.state, calendar_, now_());
+    result.savingAllowed = savingAllowed_;
+    result.notice = std::move(notice);
+    // Put the restored state back in place at once, so a crash before the first change doesn't
+    // start the next run as a new user. When this fails (a full disk), the next run finds no
+    // file and restores the same backup again.
+    if (savingAllowed_) save(result.state);
+    return result;
+}
+
+ShopSaveResult FileShopPersistence::replaceBackup(std::string_view bytes, const ShopState& state) {
+    const platform::ReadResult current = platform::readWholeFile(backupPath_);
+    if (current.status != platform::ReadStatus::missing && current.contents != bytes) {
+        bool carriedOn = false;
+        if (current.status == platform::ReadStatus::ok) {
+            const auto decoded = ShopStateCodec(calendar_).decode(current.contents);
+            const auto* earlier = std::get_if<DecodedState>(&decoded);
+            carriedOn = earlier && continuesHistory(state, earlier->state);
+        }
+        if (!carriedOn && !platform::keepAside(backupPath_, "", stamp()))
+            return {false, "cannot keep " + baseName(backupPath_) + " aside before replacing it"};
+    }
+    if (const auto written = platform::writeAtomically(backupPath_, bytes); !written)
+        return {false, written.error};
+    return {};
+}
+
 ShopLoadResult FileShopPersistence::loadResult() {
     const platform::ReadResult read = platform::readWholeFile(path_);
-    if (read.status == platform::ReadStatus::missing) return fresh();
+    if (read.status == platform::ReadStatus::missing) {
+        // No file beside a good backup is a lost file, not a new user.
+        if (auto backup = loadBackup()) {
+            ShopNotice notice{ShopNotice::Kind::restoredFromBackup, baseName(backupPath_)};
+            notice.fileMissing = true;
+            return restore(std::move(*backup), std::move(notice));
+        }
+        return fresh();
+    }
     if (read.status == platform::ReadStatus::unreadable) {
         savingAllowed_ = false;
         ShopLoadResult result = fresh();
@@ -84,17 +122,9 @@ ShopLoadResult FileShopPersistence::loadResult() {
             result.notice = ShopNotice{ShopNotice::Kind::newerSchema, keptName};
             return result;
         }
-        if (auto backup = loadBackup()) {
-            ShopLoadResult result;
-            result.state = std::move(*backup);
-            repairLoadedState(result.state, calendar_, now_());
-            result.savingAllowed = savingAllowed_;
-            result.notice = ShopNotice{ShopNotice::Kind::restoredFromBackup, keptName};
-            // Put the restored state back in place at once, so a crash before the first
-            // change doesn't start the next run as a new user.
-            if (savingAllowed_) save(result.state);
-            return result;
-        }
+        if (auto backup = loadBackup())
+            return restore(std::move(*backup),
+                           ShopNotice{ShopNotice::Kind::restoredFromBackup, keptName});
         ShopLoadResult result = fresh();
         result.notice = ShopNotice{ShopNotice::Kind::resetAfterCorruption, keptName};
         return result;
@@ -107,7 +137,7 @@ ShopLoadResult FileShopPersistence::loadResult() {
         result.notice = ShopNotice{ShopNotice::Kind::balanceCorrected, {}, correction};
     // A file that just decoded is the best backup there is; refreshing it here gives users who
     // quit daily a backup too, which the one-day interval alone would not.
-    if (platform::writeAtomically(backupPath_, read.contents)) lastBackupAt_ = now_();
+    if (replaceBackup(read.contents, result.state)) lastBackupAt_ = now_();
     return result;
 }
 
@@ -118,8 +148,7 @@ ShopSaveResult FileShopPersistence::save(const ShopState& state) {
     if (const auto written = platform::writeAtomically(path_, bytes); !written) return {false, written.error};
     const Timestamp now = now_();
     if (now - lastBackupAt_ >= backupIntervalSeconds) {
-        if (const auto backup = platform::writeAtomically(backupPath_, bytes); !backup)
-            return {false, backup.error};
+        if (const auto backup = replaceBackup(bytes, state); !backup) return {false, backup.error};
         lastBackupAt_ = now;
     }
     return {};

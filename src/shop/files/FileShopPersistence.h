@@ -3,6 +3,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "shop/ShopPersistence.h"
 
@@ -14,7 +15,10 @@ namespace trotlet::shop {
 //
 // Nothing the user earned is lost to a bad file: broken and newer files are moved aside under
 // stamped names, a file that can't be read is never overwritten (saving stops for the run),
-// and every write goes through "<file>.tmp" and a rename.
+// and every write goes through "<file>.tmp" and a rename. A missing shop file beside a good
+// backup is restored from it, and a backup is only replaced by a state that carries its history
+// on; anything else (a fresh shop, an older or poorer copy) first moves the old backup aside as
+// "shop.backup.<stamp>.json".
 class FileShopPersistence final : public ShopPersistence {
 public:
     static constexpr double backupIntervalSeconds = 86400;
@@ -37,6 +41,8 @@ public:
 private:
     ShopLoadResult fresh() const;
     std::optional<ShopState> loadBackup() const;
+    ShopLoadResult restore(ShopState backup, ShopNotice notice);
+    ShopSaveResult replaceBackup(std::string_view bytes, const ShopState& state);
     std::string stamp() const;
 
     std::string path_;

@@ -135,6 +135,16 @@ const std::vector<std::pair<std::string, CaseBody>>& cases() {
              c.expect(c.keptCopies("shop.corrupt-") == 1, "broken file not kept aside");
              c.expect(slurp(c.file()) == ShopStateCodec::encode(good), "restored state not written back");
          }},
+        {"missing file, backup restored and never replaced by a fresh shop", [](Case& c) {
+             const ShopState good = buildShopDemo(ShopDemo::rich, c.now);
+             spit(c.backup(), ShopStateCodec::encode(good));
+             const ShopLoadResult r = c.store().loadResult();
+             c.expectNotice(r, ShopNotice::Kind::restoredFromBackup);
+             c.expect(r.state.balance == good.balance, "restored balance differs from the backup");
+             spit(c.file(), ShopStateCodec::encode(ShopState::fresh(c.now, 3)));
+             c.store().loadResult();
+             c.expect(c.keptCopies("shop.backup.2") == 1, "the good backup was not kept aside");
+         }},
         {"corrupt file, no backup", [](Case& c) {
              spit(c.file(), notJson);
              const ShopLoadResult r = c.store().loadResult();

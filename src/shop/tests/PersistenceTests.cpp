@@ -140,6 +140,66 @@ TEST_F(PersistenceFixture, BrokenMoneyIsKeptAsideAndTheBackupRestored) {
     EXPECT_EQ(filesLike("shop.corrupt-").size(), 2u);
 }
 
+TEST_F(PersistenceFixture, AMissingFileBesideAGoodBackupIsRestoredNotANewUser) {
+    const ShopState good = someHistory();
+    spit(backup(), ShopStateCodec::encode(good));
+    ShopLoadResult r = store().loadResult();
+    ASSERT_TRUE(r.notice);
+    EXPECT_EQ(r.notice->title(), "Shop data restored");
+    EXPECT_EQ(r.notice->body(),
+              "Your shop file was missing, so Trotlet restored the last backup from shop.backup.json");
+    EXPECT_EQ(r.state.balance, good.balance);
+    EXPECT_EQ(slurp(file()), ShopStateCodec::encode(good));
+    EXPECT_EQ(slurp(backup()), ShopStateCodec::encode(good));
+}
+
+TEST_F(PersistenceFixture, ABackupIsKeptAsideBeforeAStateThatDoesNotCarryItOn) {
+    const std::string good = ShopStateCodec::encode(someHistory());
+    const std::string fresh = ShopStateCodec::encode(ShopState::fresh(now, 9));
+    // On load: a fresh shop file (written by a run that lost the old one) beside a good backup.
+    spit(backup(), good);
+    spit(file(), fresh);
+    auto s = store();
+    EXPECT_EQ(s.loadResult().state.balance, 0);
+    EXPECT_EQ(slurp(backup()), fresh);
+    EXPECT_EQ(slurp(dir / "shop.backup.20261001-090000.json"), good);
+    // On the daily save: the same.
+    spit(backup(), good);
+    now += FileShopPersistence::backupIntervalSeconds;
+    ASSERT_TRUE(s.save(ShopState::fresh(now, 9)));
+    EXPECT_EQ(slurp(dir / "shop.backup.20261002-090000.json"), good);
+    EXPECT_EQ(filesLike("shop.backup.2").size(), 2u);
+}
+
+TEST(ShopHistory, OnlyAStateThatCarriesTheHistoryOnContinuesIt) {
+    const auto row = [](const char* id, int64_t amount) {
+        const LedgerReason reason = amount < 0 ? LedgerReason::purchase("shiba") : LedgerReason::passive();
+        return LedgerEntry{id, day1, amount, reason, 0, 1};
+    };
+    const auto state = [](Timestamp createdAt, std::vector<LedgerEntry> ledger) {
+        ShopState s = ShopState::fresh(createdAt, 1);
+        s.ledger = std::move(ledger);
+        return s;
+    };
+    const ShopState earlier = state(day1, {row("a", 150), row("b", 50)});
+    const struct {
+        const char* name;
+        ShopState next;
+        bool continues;
+    } cases[] = {
+        {"the same", earlier, true},
+        {"more rows", state(day1, {row("a", 150), row("b", 50), row("c", 5)}), true},
+        {"a purchase since", state(day1, {row("a", 150), row("b", 50), row("c", -100)}), true},
+        {"folded, no poorer", state(day1, {row("z", 200), row("d", 5)}), true},
+        {"folded and poorer", state(day1, {row("z", 200), row("d", -100)}), false},
+        {"an older copy", state(day1, {row("a", 150)}), false},
+        {"a fresh shop", state(day1 + 3600, {row("a", 150), row("b", 50)}), false},
+        {"after a shop with nothing", state(day1, {}), false},
+    };
+    for (const auto& c : cases) EXPECT_EQ(continuesHistory(c.next, earlier), c.continues) << c.name;
+    EXPECT_TRUE(continuesHistory(earlier, state(day1, {})));
+}
+
 TEST_F(PersistenceFixture, LenientExtrasFallBackFieldByField) {
     spit(file(), R"({"schemaVersion":2,"balance":15,"ledger":[{"date":"2026-10-01T09:00:00Z","amount":15,)"
                  R"("reason":{"goldenFish":{}},"balanceAfter":15}],"today":"garbage","streak":{"current":"x","best":3}})");
@@ -335,6 +395,7 @@ TEST(ShopStateCodec, RejectsImplausibleOrNegativeMoney) {
         {R"({"schemaVersion":2,"balance":-5,"ledger":[]})", DecodeError::Kind::broken},
         {R"({"schemaVersion":2,"balance":0,"ledger":[{"date":"2026-10-01T09:00:00Z","amount":-5,"reason":{"purchase":{"_0":"shiba"}}}]})", DecodeError::Kind::broken},
         {R"({"schemaVersion":2,"balance":0,"ledger":{}})", DecodeError::Kind::broken},
+        {R"({"schemaVersion":2,"balance":5,"ledger":[{"date":"4200-01-01T00:00:00Z","amount":5,"reason":{"passive":{}}}]})", DecodeError::Kind::broken},
         {R"({"schemaVersion":0,"balance":0,"ledger":[]})", DecodeError::Kind::broken},
         {R"({"schemaVersion":"2","balance":0,"ledger":[]})", DecodeError::Kind::unreadableHeader},
         {R"([])", DecodeError::Kind::unreadableHeader},

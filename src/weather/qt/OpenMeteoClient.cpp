@@ -41,10 +41,16 @@ std::string environmentOr(const char* name, std::string_view fallback) {
 struct GetState {
     QPointer<QNetworkReply> reply;
     std::function<void(WeatherResult<QByteArray>)> done;
+    QByteArray body;
     bool finished = false;
     bool cancelled = false;
     bool timedOut = false;
+    bool tooLarge = false;
 };
+
+// Qt keeps at most this much unread per reply before it stops reading the socket, so the
+// body grows only as fast as it is taken in below.
+constexpr qint64 kReadBufferBytes = 64 * 1024;
 
 class GetHandle : public FetchHandle {
 public:
@@ -118,6 +124,7 @@ std::shared_ptr<FetchHandle> OpenMeteoClient::get(const std::string& url,
     auto state = std::make_shared<GetState>();
     state->done = std::move(done);
     QNetworkReply* reply = manager_->get(request);
+    reply->setReadBufferSize(kReadBufferBytes);
     state->reply = reply;
 
     auto* idle = new QTimer(reply);
@@ -139,7 +146,24 @@ std::shared_ptr<FetchHandle> OpenMeteoClient::get(const std::string& url,
     idle->start(idleMs);
     total->start(options_.resourceTimeoutMs);
 
-    QObject::connect(reply, &QNetworkReply::finished, reply, [state, reply, idle, total] {
+    // The body is taken in as it arrives and given up at the limit; a declared length above
+    // it is given up before the first byte.
+    const qint64 limit = options_.maxAnswerBytes;
+    auto giveUp = [state] {
+        if (state->finished) return;
+        state->tooLarge = true;
+        if (state->reply) state->reply->abort();
+    };
+    QObject::connect(reply, &QNetworkReply::metaDataChanged, reply, [reply, limit, giveUp] {
+        const QVariant length = reply->header(QNetworkRequest::ContentLengthHeader);
+        if (length.isValid() && length.toLongLong() > limit) giveUp();
+    });
+    QObject::connect(reply, &QNetworkReply::readyRead, reply, [state, reply, limit, giveUp] {
+        state->body += reply->read(limit + 1 - state->body.size());
+        if (state->body.size() > limit) giveUp();
+    });
+
+    QObject::connect(reply, &QNetworkReply::finished, reply, [state, reply, idle, total, limit] {
         if (state->finished) return;
         state->finished = true;
         idle->stop();
@@ -147,9 +171,15 @@ std::shared_ptr<FetchHandle> OpenMeteoClient::get(const std::string& url,
         QVariant statusAttribute = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute);
         std::optional<int> status;
         if (statusAttribute.isValid()) status = statusAttribute.toInt();
-        auto error = classifyReply(reply->error(), status, state->cancelled, state->timedOut);
-        WeatherResult<QByteArray> result = error ? WeatherResult<QByteArray>(*error)
-                                                 : WeatherResult<QByteArray>(reply->readAll());
+        if (!state->tooLarge) {
+            state->body += reply->read(limit + 1 - state->body.size());
+            state->tooLarge = state->body.size() > limit;
+        }
+        auto error = classifyReply(reply->error(), status, state->cancelled, state->timedOut,
+                                   state->tooLarge);
+        WeatherResult<QByteArray> result = error
+                                               ? WeatherResult<QByteArray>(*error)
+                                               : WeatherResult<QByteArray>(std::move(state->body));
         reply->deleteLater();
         auto done = std::move(state->done);
         if (done) done(std::move(result));

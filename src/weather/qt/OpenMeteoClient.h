@@ -25,6 +25,10 @@ struct OpenMeteoClientOptions {
     // offline, like any other network that does not deliver.
     int requestTimeoutMs = 12000;
     int resourceTimeoutMs = 20000;
+    // A forecast is a few tens of KB. An answer that is (or says it will be) larger is not
+    // one the service gives: it is cut off at this size and read as a bad answer, so a body
+    // without an end (a captive portal, a broken proxy) cannot fill memory.
+    qint64 maxAnswerBytes = 2 * 1024 * 1024;
     // Larger places first when the search merges several answers.
     bool rankByPopulation = true;
     // Language hypotheses for a query; defaults to the letter table plus CLD2.
@@ -53,7 +57,7 @@ public:
     std::string forecastURL(const WeatherLocation& place) const;
     const OpenMeteoClientOptions& options() const { return options_; }
 
-    // One GET: the body of a 2xx answer, or the classified failure.
+    // One GET: the body of a 2xx answer of at most `maxAnswerBytes`, or the classified failure.
     std::shared_ptr<FetchHandle> get(const std::string& url,
                                      std::function<void(WeatherResult<QByteArray>)> done);
 

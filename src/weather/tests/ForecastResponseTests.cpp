@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <limits>
+
 #include "weather/ForecastResponse.h"
 #include "weather/OpenMeteoRequests.h"
 #include "weather/WeatherLocation.h"
@@ -113,6 +115,24 @@ TEST(WeatherReport, CacheJsonRoundTripsExactly) {
     auto broken = nlohmann::json::parse(j.dump());
     broken["hourly"][0].erase("windKmh");
     EXPECT_FALSE(reportFromJson(broken));
+    // Times outside 1970-2200 make no cache either: the age arithmetic on them would overflow.
+    const struct {
+        const char* pointer;
+        std::int64_t value;
+        bool loads;
+    } times[] = {
+        {"/fetchedAt", 0, true},
+        {"/fetchedAt", 7289654399, true},
+        {"/fetchedAt", 7289654400, false},
+        {"/current/time", -1, false},
+        {"/hourly/0/time", std::numeric_limits<std::int64_t>::min(), false},
+        {"/daily/0/sunset", 70'000'000'000, false},
+    };
+    for (const auto& t : times) {
+        auto edited = nlohmann::json::parse(j.dump());
+        edited[nlohmann::json::json_pointer(t.pointer)] = t.value;
+        EXPECT_EQ(reportFromJson(edited).has_value(), t.loads) << t.pointer << " = " << t.value;
+    }
 }
 
 TEST(WeatherLocation, SettingEncodingRoundTripsAndRejectsJunk) {

@@ -180,6 +180,9 @@ TEST(OpenMeteoClient, ClassificationTable) {
     };
     for (const auto& c : cases)
         EXPECT_EQ(classifyReply(c.error, c.status, c.cancelled, c.timedOut), c.expected) << static_cast<int>(c.error);
+    // Cut off at the size limit: an answer came, so not offline, unless its status says more.
+    EXPECT_EQ(classifyReply(E::OperationCanceledError, 200, false, false, true), WeatherError::badResponse());
+    EXPECT_EQ(classifyReply(E::OperationCanceledError, 503, false, false, true), WeatherError::server(503));
 }
 
 TEST(OpenMeteoClient, SearchSendsOneRequestPerLanguageAndMergesThem) {
