@@ -13,6 +13,8 @@ packages=(
   dbus dbus-x11 xvfb xauth fonts-dejavu-core locales
   # tests: vmstat, free and ps as a second opinion on the metric readers
   procps
+  # tests: local HTTP servers for the network clients
+  python3
 )
 
 missing=()
