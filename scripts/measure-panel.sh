@@ -66,6 +66,7 @@ released_kb=$(rss_kb "$APP_PID")
 grep -q 'panel released' "$WORK/app.log" && released=true || released=false
 kill "$APP_PID"; wait "$APP_PID" 2>/dev/null || true
 
+grep 'panel first frame' "$WORK/app.log" | head -2 >&2
 first=$(grep 'panel first frame' "$WORK/app.log" | head -1 | sed 's/.*frame \([0-9.]*\) ms.*/\1/')
 again=$(grep 'panel first frame' "$WORK/app.log" | tail -n +2 | sed 's/.*frame \([0-9.]*\) ms.*/\1/' | paste -sd, -)
 awk -v a0="$a0" -v a1="$a1" -v t0="$t0" -v t1="$t1" -v hz="$HZ" -v closed="$closed_kb" -v open="$open_max" \

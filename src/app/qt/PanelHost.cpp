@@ -7,6 +7,10 @@
 #include <cstdio>
 #include <cstdlib>
 
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
+
 #include "app/qt/AppModel.h"
 #include "app/qt/DebugLog.h"
 #include "layout/LayoutStore.h"
@@ -173,6 +177,11 @@ void PanelHost::release() {
     releaseTimer_.stop();
     window_.reset();
     model_.reset();
+#ifdef __GLIBC__
+    // The window's allocations sat between longer-lived ones; hand the freed pages back now
+    // rather than keep them for a panel that may not open again for hours.
+    malloc_trim(0);
+#endif
     debugLog("panel released after a minute closed");
 }
 
