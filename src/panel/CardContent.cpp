@@ -223,8 +223,8 @@ void pawCard(CardContent& c, const CardInputs& in) {
     c.unit = parts.substr(space + 1);
     c.caption = "run today";
     if (in.paw->fishEarnedToday)
-        c.facts.push_back({"Fish today", std::to_string(*in.paw->fishEarnedToday)});
-    if (in.paw->fishBalance) c.facts.push_back({"Fish", std::to_string(*in.paw->fishBalance)});
+        c.facts.push_back({"Fish today", groupedNumber(*in.paw->fishEarnedToday)});
+    if (in.paw->fishBalance) c.facts.push_back({"Fish", groupedNumber(*in.paw->fishBalance)});
     if (in.sample && in.sample->system.uptimeSec > 0)
         c.facts.push_back({"Uptime", Format::duration(in.sample->system.uptimeSec)});
 }
