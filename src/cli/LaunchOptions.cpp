@@ -248,11 +248,11 @@ std::string LaunchOptions::usage() {
     addRow(out, "--simulate-notifications",
            "replay a scripted alert timeline through the notification rules, print JSON");
     addRow(out, "--move-check <path>",
-           "print the \"Move to Applications?\" decision for an app path as JSON (repeatable)");
+           "print the \"Install for this user?\" decision for an app path as JSON (repeatable)");
     addRow(out, "--move-copy <app> <dir>",
-           "copy an app into <dir> as \"Move to Applications\" does (quarantine lifted);");
-    addContinuation(out,
-                    "JSON with Gatekeeper's translocation verdict for the source and the copy");
+           "install an app into <dir> as \"Install for this user\" does (launcher, icon);");
+    addContinuation(
+        out, "JSON on whether the system runs the source and the copy (exec, noexec, libraries)");
     addRow(out, "--updates-check",
            "replay update sessions, What's new decisions, bundled release notes; print JSON");
 
@@ -302,11 +302,11 @@ std::string LaunchOptions::usage() {
     addRow(out, "--idle-seconds <n>",
            "pretend the last keyboard/mouse event was n seconds ago (idle-nap QA)");
     addRow(out, "--check-updates",
-           "check for updates right after launch (Sparkle's window, frontmost)");
+           "check for updates right after launch (the result on stderr and in the panel)");
     addRow(out, "--update-now",
            "background check, download, verify, then install and relaunch at once");
     addContinuation(out,
-                    "(release E2E; pair with a test bundle's updates.feedURLOverride default)");
+                    "(release E2E; pair with a test feed in the updates.feedURLOverride setting)");
     out += "  Debug builds only: --grant-fish <n>, --shop-demo <state>, --shop-file <path>\n";
 
     out += "\nEnvironment:\n";
@@ -316,8 +316,9 @@ std::string LaunchOptions::usage() {
            "=1 allow metric notifications with --fixture / --mock (off by default)");
     addRow(out, "TROTLET_WEATHER_CACHE",
            "=<path> weather cache file (in-memory sessions keep none by default)");
-    addRow(out, "TROTLET_UPDATES",
-           "=1 run the Sparkle updater in a Debug build (off by default there); 0 keeps it off");
+    addRow(
+        out, "TROTLET_UPDATES",
+        "=1 run automatic update checks in a Debug build (off by default there); 0 keeps them off");
     out += "\nSignals: kill -USR1 <pid> toggles the panel (QA scripts).\n";
     addRow(out, "-h, --help", "print this help");
 

@@ -60,5 +60,11 @@ inline const std::string whatsNewVersion = "release.whatsNewVersion";
 inline const std::string whatsNewSince = "release.whatsNewSince";
 inline const std::string feedURLOverride = "updates.feedURLOverride";
 inline const std::string usingFallbackFeed = "updates.usingFallbackFeed";
+// The version the user upgraded from while What's new notes are pending.
+inline const std::string whatsNewAfter = "release.whatsNewAfter";
+// When the last update check ran (ISO 8601): automatic checks keep a day apart across restarts.
+inline const std::string lastUpdateCheck = "updates.lastCheckedAt";
+// The program path whose "Install for this user" offer the user turned down.
+inline const std::string installOfferDeclined = "updates.installOfferDeclined";
 
 }  // namespace trotlet::settings::keys

@@ -45,13 +45,23 @@ for args in "--help" "-h" "--mock --help --tab Overview" "-psn_0_42 --help"; do
     [[ ! -s "$work/err" ]] || fail "$args wrote to stderr: $(cat "$work/err")"
 done
 
-# Moving into an Applications folder has no meaning here; the answer says so as JSON.
-"$trotlet" --move-check /opt/A --move-check /opt/B >"$work/out" 2>"$work/err" || fail "--move-check exited $?"
+# "Install for this user?": missing paths are not applicable; a download is offered.
+mkdir -p "$HOME/Downloads/trotlet-x" && cp "$trotlet" "$HOME/Downloads/trotlet-x/trotlet"
+"$trotlet" --move-check /opt/A --move-check /opt/B --move-check "$HOME/Downloads/trotlet-x" >"$work/out" 2>"$work/err" ||
+    fail "--move-check exited $?"
 [[ $(grep -c '"applicable": false' "$work/out") == 2 ]] || fail "--move-check: $(cat "$work/out")"
 grep -q '"path": "/opt/B"' "$work/out" || fail "--move-check lost a path"
-"$trotlet" --move-copy /opt/A /tmp >"$work/out" 2>"$work/err" || fail "--move-copy exited $?"
-grep -q '"reason": "Moving into an Applications folder is not applicable on Linux"' "$work/out" ||
-    fail "--move-copy: $(cat "$work/out")"
+grep -q '"rule": "download"' "$work/out" && grep -q '"shouldOffer": true' "$work/out" &&
+    grep -q "\"target\": \"$HOME/.local/opt/trotlet/trotlet\"" "$work/out" || fail "--move-check download: $(cat "$work/out")"
+# The install itself: program, launcher, icon, and both copies run.
+"$trotlet" --move-copy "$HOME/Downloads/trotlet-x" "$work/opt" >"$work/out" 2>"$work/err" || fail "--move-copy exited $?"
+[[ $(grep -c '"willRun": true' "$work/out") == 2 ]] || fail "--move-copy: $(cat "$work/out")"
+[[ -x $work/opt/trotlet ]] || fail "--move-copy: no program"
+grep -q "^Exec=\"$work/opt/trotlet\"$" "$XDG_DATA_HOME/applications/io.github.trotlet.Trotlet.desktop" ||
+    fail "--move-copy: launcher"
+[[ -s $XDG_DATA_HOME/icons/hicolor/scalable/apps/io.github.trotlet.Trotlet.svg ]] || fail "--move-copy: icon"
+"$trotlet" --move-copy /opt/A "$work/opt2" >"$work/out" 2>"$work/err"
+[[ $? == 1 ]] && grep -q '"copied": false' "$work/out" || fail "--move-copy of nothing: $(cat "$work/out")"
 
 # The live app without any display: one clear line, a non-zero status, no hang, no core.
 timeout 20 env -u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM "$trotlet" >"$work/out" 2>"$work/err"

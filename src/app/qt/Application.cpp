@@ -22,6 +22,7 @@
 #include "app/qt/SingleInstance.h"
 #include "platform/freedesktop/TrayItem.h"
 #include "snapshot/SnapshotRunner.h"
+#include "updates/qt/Relaunch.h"
 
 namespace trotlet::app {
 
@@ -72,6 +73,8 @@ bool waitForTray(int seconds) {
 }
 
 int runLive(const cli::LaunchOptions& options, int& argc, char** argv) {
+    // A copy started by an update or an install takes over once the copy that started it quit.
+    updates::waitForPreviousCopy();
     const bool single = !SingleInstance::multipleAllowed();
     if (single && SingleInstance::askRunningCopyToOpenPanel()) {
         std::fprintf(stderr, "trotlet: Trotlet is already running; asked it to open its panel\n");

@@ -12,8 +12,4 @@ int runHeadlessMode(const cli::LaunchOptions& options);
 // plugs in here.
 int runNotificationSimulation(const cli::LaunchOptions& options);
 
-// `--move-check` / `--move-copy`: moving the app into an Applications folder is a notion of
-// another system; the answer per path says so.
-int runMoveToApplications(const cli::LaunchOptions& options);
-
 }  // namespace trotlet::app

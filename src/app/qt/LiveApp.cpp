@@ -19,6 +19,7 @@
 #include "platform/freedesktop/TrayItem.h"
 #include "settings/qt/SessionSettings.h"
 #include "ui/panel/PanelWindow.h"
+#include "updates/qt/UpdatesRuntime.h"
 
 namespace trotlet::app {
 
@@ -57,6 +58,11 @@ LiveApp::LiveApp(const cli::LaunchOptions& options, const std::vector<std::strin
     });
 
     buildTray();
+    // After the tray: a copy that an update relaunched counts as started once it is there.
+    updates_ = new updates::UpdatesRuntime(
+        options_, settings_->store(), [](const std::string& line) { debugLog(line); }, this);
+    connect(updates_, &updates::UpdatesRuntime::relaunched, this,
+            [this] { quit(QStringLiteral("relaunched as the new copy")); });
     debugLog(settings_->store().isEphemeral() ? "live app started (in-memory settings)"
                                               : "live app started");
     if (options_.openPanel)
@@ -64,9 +70,12 @@ LiveApp::LiveApp(const cli::LaunchOptions& options, const std::vector<std::strin
 }
 
 LiveApp::~LiveApp() {
-    // The panel and the model observe the settings, which are a member and would go first.
+    // The panel, the model and the updates use the settings, which are a member and would go
+    // first.
     delete panel_;
     panel_ = nullptr;
+    delete updates_;
+    updates_ = nullptr;
     delete model_;
     model_ = nullptr;
 }

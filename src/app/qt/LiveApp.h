@@ -17,6 +17,10 @@
 
 class QMenu;
 
+namespace trotlet::updates {
+class UpdatesRuntime;
+}
+
 namespace trotlet::app {
 
 class AppModel;
@@ -32,6 +36,7 @@ public:
     ~LiveApp() override;
 
     settings::AppSettings& settings() { return *settings_; }
+    updates::UpdatesRuntime& updates() { return *updates_; }
     bool isPanelOpen() const;
     panel::PanelTab panelTab() const { return tab_; }
 
@@ -64,6 +69,7 @@ private:
     PanelHost* panel_ = nullptr;
     QElapsedTimer openClock_;
     SignalRelay* signals_ = nullptr;
+    updates::UpdatesRuntime* updates_ = nullptr;
 };
 
 }  // namespace trotlet::app

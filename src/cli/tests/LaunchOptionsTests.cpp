@@ -275,12 +275,13 @@ TEST(LaunchOptions, HelpTextLines) {
         "default 30), print JSON",
         "  --simulate-notifications  replay a scripted alert timeline through the notification "
         "rules, print JSON",
-        "  --move-check <path>       print the \"Move to Applications?\" decision for an app path "
+        "  --move-check <path>       print the \"Install for this user?\" decision for an app path "
         "as JSON (repeatable)",
-        "  --move-copy <app> <dir>   copy an app into <dir> as \"Move to Applications\" does "
-        "(quarantine lifted);",
-        "                            JSON with Gatekeeper's translocation verdict for the source "
-        "and the copy",
+        "  --move-copy <app> <dir>   install an app into <dir> as \"Install for this user\" does "
+        "(launcher, icon);",
+        "                            JSON on whether the system runs the source and the copy "
+        "(exec, "
+        "noexec, libraries)",
         "  --updates-check           replay update sessions, What's new decisions, bundled release "
         "notes; print JSON",
         "Shop harnesses (headless, print JSON, exit before the app starts):",
@@ -308,12 +309,13 @@ TEST(LaunchOptions, HelpTextLines) {
         "--idle-seconds 0)",
         "  --idle-seconds <n>        pretend the last keyboard/mouse event was n seconds ago "
         "(idle-nap QA)",
-        "  --check-updates           check for updates right after launch (Sparkle's window, "
-        "frontmost)",
+        "  --check-updates           check for updates right after launch (the result on stderr "
+        "and "
+        "in the panel)",
         "  --update-now              background check, download, verify, then install and relaunch "
         "at once",
-        "                            (release E2E; pair with a test bundle's "
-        "updates.feedURLOverride default)",
+        "                            (release E2E; pair with a test feed in the "
+        "updates.feedURLOverride setting)",
         "  Debug builds only: --grant-fish <n>, --shop-demo <state>, --shop-file <path>",
         "Environment:",
         "  TROTLET_DEBUG_LOG         =1 log panel, shortcut, hotkey, and notification decisions to "
@@ -322,8 +324,8 @@ TEST(LaunchOptions, HelpTextLines) {
         "default)",
         "  TROTLET_WEATHER_CACHE     =<path> weather cache file (in-memory sessions keep none by "
         "default)",
-        "  TROTLET_UPDATES           =1 run the Sparkle updater in a Debug build (off by default "
-        "there); 0 keeps it off",
+        "  TROTLET_UPDATES           =1 run automatic update checks in a Debug build (off by "
+        "default there); 0 keeps them off",
         "Signals: kill -USR1 <pid> toggles the panel (QA scripts).",
         "  -h, --help                print this help",
     };
@@ -335,6 +337,8 @@ TEST(LaunchOptions, HelpTextLines) {
         previous = at;
     }
     EXPECT_EQ(lines.back(), "  -h, --help                print this help");
+    for (const char* word : {"Applications", "Gatekeeper", "quarantine", "Sparkle", "test bundle"})
+        EXPECT_EQ(help.find(word), std::string::npos) << word;
 
     // Every flag the parser or a harness owns is documented, each in the two-column layout.
     for (const char* flag : {"--snapshot",        "--only",

@@ -68,9 +68,39 @@ std::vector<MountEntry> parseMountInfo(std::string_view text) {
         e.source = unescapeOctal(scan.token());
         if (e.device.empty() || e.mountPoint.empty() || e.fsType.empty()) continue;
         e.readOnly = options == "ro" || options.substr(0, 3) == "ro,";
+        for (size_t start = 0; start <= options.size();) {
+            const size_t comma = std::min(options.find(',', start), options.size());
+            if (options.substr(start, comma - start) == "noexec") e.noExec = true;
+            start = comma + 1;
+        }
         out.push_back(std::move(e));
     }
     return out;
+}
+
+const MountEntry* mountHolding(const std::vector<MountEntry>& mounts, const std::string& path) {
+    const MountEntry* best = nullptr;
+    for (const auto& m : mounts) {
+        const std::string& point = m.mountPoint;
+        const bool holds = point == "/" || path == point ||
+                           (path.size() > point.size() && path.compare(0, point.size(), point) == 0 &&
+                            path[point.size()] == '/');
+        if (holds && (!best || point.size() >= best->mountPoint.size())) best = &m;
+    }
+    return best;
+}
+
+bool deviceIsRemovable(const std::string& root, const std::string& device) {
+    // /sys/dev/block/M:m leads to the disk or to a partition inside it; "removable" sits on the
+    // disk. USB disks often say 0 there, so a USB path counts as removable too.
+    const std::string link = underRoot(root, "/sys/dev/block/" + device);
+    char resolved[PATH_MAX];
+    if (!::realpath(link.c_str(), resolved)) return false;
+    const std::string path = resolved;
+    auto flag = readTrimmed(path + "/removable");
+    if (!flag) flag = readTrimmed(path + "/../removable");
+    return (flag && *flag == "1") || path.find("/usb") != std::string::npos ||
+           path.find("/mmc") != std::string::npos;
 }
 
 bool isUserVolume(const MountEntry& e) {
@@ -149,17 +179,7 @@ const VolumeReader::Known& VolumeReader::describe(const MountEntry& e) {
         if (k.device == e.device) return k;
     Known k;
     k.device = e.device;
-    // /sys/dev/block/M:m leads to the disk or to a partition inside it; "removable" sits on the
-    // disk. USB disks often say 0 there, so a USB path counts as removable too.
-    const std::string link = underRoot(root_, "/sys/dev/block/" + e.device);
-    char resolved[PATH_MAX];
-    if (::realpath(link.c_str(), resolved)) {
-        std::string path = resolved;
-        auto flag = readTrimmed(path + "/removable");
-        if (!flag) flag = readTrimmed(path + "/../removable");
-        k.removable = (flag && *flag == "1") || path.find("/usb") != std::string::npos ||
-                      path.find("/mmc") != std::string::npos;
-    }
+    k.removable = deviceIsRemovable(root_, e.device);
     // A filesystem label names the volume as a file manager would.
     const std::string labels = underRoot(root_, "/dev/disk/by-label");
     if (DIR* dir = ::opendir(labels.c_str())) {

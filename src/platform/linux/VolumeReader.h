@@ -21,9 +21,18 @@ struct MountEntry {
     std::string fsType;
     std::string source;
     bool readOnly = false;
+    bool noExec = false;  // programs on it cannot be run
 };
 // /proc/self/mountinfo; octal escapes (\040 for a space) are undone.
 std::vector<MountEntry> parseMountInfo(std::string_view text);
+
+// The mount that holds `path` (an absolute path with symbolic links resolved): the entry with
+// the longest mount point above it, later mounts winning over earlier ones at the same point.
+const MountEntry* mountHolding(const std::vector<MountEntry>& mounts, const std::string& path);
+
+// Whether the block device "major:minor" is removable, read from /sys under `root`. USB and
+// MMC disks count as removable even when their flag says 0, as many USB disks do.
+bool deviceIsRemovable(const std::string& root, const std::string& device);
 
 // Filesystems a user thinks of as volumes: block-device filesystems and network shares, plus
 // whatever is mounted at "/" (an overlay in a container). Pseudo filesystems, snap squashfs

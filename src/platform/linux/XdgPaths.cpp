@@ -22,17 +22,19 @@ std::string XdgPaths::homeDir() {
     return "/tmp";
 }
 
-std::string XdgPaths::configDir() {
+std::string XdgPaths::configHome() {
     auto base = absoluteEnv("XDG_CONFIG_HOME");
-    if (base.empty()) base = homeDir() + "/.config";
-    return base + "/trotlet";
+    return base.empty() ? homeDir() + "/.config" : base;
 }
 
-std::string XdgPaths::dataDir() {
+std::string XdgPaths::dataHome() {
     auto base = absoluteEnv("XDG_DATA_HOME");
-    if (base.empty()) base = homeDir() + "/.local/share";
-    return base + "/trotlet";
+    return base.empty() ? homeDir() + "/.local/share" : base;
 }
+
+std::string XdgPaths::configDir() { return configHome() + "/trotlet"; }
+
+std::string XdgPaths::dataDir() { return dataHome() + "/trotlet"; }
 
 std::string XdgPaths::runtimeDir() {
     auto base = absoluteEnv("XDG_RUNTIME_DIR");

@@ -12,6 +12,9 @@ namespace trotlet::platform {
 struct XdgPaths {
     static std::string configDir();
     static std::string dataDir();
+    // The bases themselves: $XDG_CONFIG_HOME (~/.config) and $XDG_DATA_HOME (~/.local/share).
+    static std::string configHome();
+    static std::string dataHome();
     static std::string runtimeDir();
     static std::string homeDir();
 };
