@@ -8,7 +8,9 @@ packages=(
   g++ cmake ninja-build pkg-config git
   # libraries
   qt6-base-dev qt6-base-dev-tools nlohmann-json3-dev libx11-dev libxss-dev libcld2-dev
-  libgtest-dev libgmock-dev
+  libssl-dev libgtest-dev libgmock-dev
+  # packaging: CPack's dependency scan, and the desktop-file and AppStream checkers
+  dpkg-dev file desktop-file-utils appstream
   # tests: a private session bus, a headless X server, a font for measuring text
   dbus dbus-x11 xvfb xauth fonts-dejavu-core locales
   # tests: vmstat, free and ps as a second opinion on the metric readers

@@ -34,7 +34,8 @@ std::vector<std::string> bundledReleaseNotesProblems(std::string_view currentVer
 std::vector<ReleaseNote> notesBetween(const std::vector<ReleaseNote>& notes,
                                       const std::optional<Version>& after, const Version& upTo);
 
-// Longest line a note may have: it must fit the panel's banner in two lines.
-inline constexpr size_t maxNoteLineLength = 120;
+// Longest line a note may have: with the "  * " in front it fits the package changelog's 80
+// columns, and it fits the panel's banner in two lines.
+inline constexpr size_t maxNoteLineLength = 76;
 
 }  // namespace trotlet::updates

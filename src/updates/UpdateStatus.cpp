@@ -87,6 +87,11 @@ std::string updateStatusLine(const UpdateStatus& s) {
         case UpdatePhase::checkFailed:
         case UpdatePhase::refused:
             return s.message;
+        case UpdatePhase::installing:
+            return s.offer ? "Installing Trotlet " + s.offer->release.version + "…" : "";
+        case UpdatePhase::relaunching:
+            return s.offer ? "Trotlet " + s.offer->release.version + " is installed; starting it."
+                           : "";
         default:
             return s.offer ? "Trotlet " + s.offer->release.version + " is available." : "";
     }

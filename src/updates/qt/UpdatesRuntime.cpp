@@ -74,7 +74,10 @@ UpdatesRuntime::UpdatesRuntime(const cli::LaunchOptions& options, settings::Defa
         // Asked for on the command line: the outcome goes to stderr as well as to the panel.
         connect(updates_.get(), &UpdateStore::changed, this, [this] {
             const UpdatePhase phase = updates_->status().phase;
-            if (phase == UpdatePhase::checking || phase == UpdatePhase::downloading) return;
+            if (phase == UpdatePhase::checking || phase == UpdatePhase::downloading ||
+                phase == lastPrinted_)
+                return;
+            lastPrinted_ = phase;
             std::string line = updates_->statusLine();
             if (phase == UpdatePhase::available &&
                 updates_->status().channel == InstallChannel::package)

@@ -8,6 +8,7 @@
 
 #include "cli/LaunchOptions.h"
 #include "settings/DefaultsStore.h"
+#include "updates/UpdateStatus.h"
 
 namespace trotlet::updates {
 
@@ -39,6 +40,7 @@ private:
     std::unique_ptr<WhatsNewStore> whatsNew_;
     std::unique_ptr<InstallOfferStore> installOffer_;
     std::unique_ptr<UpdateStore> updates_;
+    UpdatePhase lastPrinted_ = UpdatePhase::idle;
 };
 
 }  // namespace trotlet::updates
