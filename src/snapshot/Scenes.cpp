@@ -16,6 +16,9 @@
 #include "ui/cards/CardView.h"
 #include "ui/panel/PanelHeader.h"
 #include "ui/panel/PanelWindow.h"
+#include "updates/PanelNotice.h"
+
+#include "BuildInfo.h"
 
 namespace trotlet::snapshot {
 namespace {
@@ -41,6 +44,58 @@ private:
     SceneRig rig_;
     ui::PanelWindow window_;
 };
+
+// The panel with a notice under its header.
+class NoticeStage : public SceneStage {
+public:
+    explicit NoticeStage(updates::PanelNotice notice)
+        : rig_(MetricsFixture::normal), window_(rig_.model(), rig_.theme()) {
+        rig_.model().setNotice(std::move(notice));
+        window_.header().setAnimating(false);
+        stageWidget(window_);
+    }
+    QImage render(panel::ColorScheme scheme) override { return rig_.render(window_, scheme); }
+
+private:
+    SceneRig rig_;
+    ui::PanelWindow window_;
+};
+
+// The notices as the live app builds them, from fixed inputs.
+updates::PanelNotice sceneNotice(updates::PanelNotice::Kind kind) {
+    using updates::PanelNotice;
+    std::optional<updates::InstallDecision> offer;
+    updates::UpdateBanner banner;
+    std::vector<updates::ReleaseNote> notes;
+    switch (kind) {
+        case PanelNotice::Kind::installOffer:
+            offer = updates::InstallDecision{
+                true, true, updates::InstallRule::download,
+                "Runs from the download folder; install it to find it in the app menu.",
+                "/home/you/.local/opt/trotlet/trotlet"};
+            break;
+        case PanelNotice::Kind::update: {
+            updates::UpdateStatus status;
+            status.phase = updates::UpdatePhase::available;
+            status.channel = updates::InstallChannel::package;
+            updates::FeedRelease release;
+            release.version = "0.2.0";
+            release.notes = {"Detail screens for every card, with a day of history.",
+                             "The Processes tab: sort, search and quit from the panel."};
+            status.offer = updates::UpdateOffer{release, std::nullopt};
+            banner = updates::updateBanner(status);
+            break;
+        }
+        case PanelNotice::Kind::whatsNew:
+            notes = {
+                {build::version,
+                 "2026-11-22",
+                 {"A mascot in the tray that naps, trots and sprints with the load.",
+                  "Installs itself for you from a download; says when a new version is out."}}};
+            break;
+    }
+    return *updates::panelNotice(offer, banner, notes, build::version);
+}
 
 class HeaderStage : public SceneStage {
 public:
@@ -167,6 +222,12 @@ std::vector<Scene> buildScenes() {
     }
     scenes.push_back(
         {"panel-overview-all-sizes", [] { return std::make_unique<AllSizesStage>(); }});
+    using Kind = updates::PanelNotice::Kind;
+    for (auto [name, kind] : {std::pair{"panel-install-offer", Kind::installOffer},
+                              std::pair{"panel-update-available", Kind::update},
+                              std::pair{"panel-whats-new", Kind::whatsNew}})
+        scenes.push_back(
+            {name, [kind = kind] { return std::make_unique<NoticeStage>(sceneNotice(kind)); }});
     for (auto name : mascot::MascotMoodNames) {
         const auto mood = moodNamed(name);
         scenes.push_back({"panel-header-" + std::string(name), [mood] {

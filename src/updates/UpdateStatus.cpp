@@ -30,7 +30,7 @@ std::string_view updatePhaseName(UpdatePhase phase) {
 
 UpdateBanner updateBanner(const UpdateStatus& s) {
     UpdateBanner b;
-    if (!s.offer) return b;
+    if (!s.offer || s.bannerDismissed) return b;
     const std::string version = s.offer->release.version;
     b.notes = s.offer->release.notes;
     switch (s.phase) {

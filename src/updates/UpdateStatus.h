@@ -31,6 +31,7 @@ struct UpdateStatus {
     double progress = 0;  // 0..1 while downloading
     bool usingFallbackFeed = false;
     std::optional<std::int64_t> lastChecked;  // Unix seconds
+    bool bannerDismissed = false;  // "Later": no banner until the next check finds something
 };
 
 // The quiet banner at the top of the panel when a newer version is out.

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # The live app's updates at launch (run under xvfb-run with the fake tray): a copy unpacked in
-# the download folder offers to install itself, an upgrade offers What's new, and
-# --check-updates announces the newer release of a feed on 127.0.0.1 (the settings' override).
+# the download folder offers to install itself, an upgrade offers What's new, --check-updates
+# announces the newer release of a feed on 127.0.0.1 (the settings' override), and the panel
+# shows the install offer.
 set -uo pipefail
 trotlet=$1
 fake_tray=$2
@@ -33,6 +34,9 @@ pids+=("$app")
 wait_for "$work/err" "trotlet: update check: Trotlet 9.0.0 is available." 20 || fail "no announcement: $(cat "$work/err")"
 grep -q "^trotlet: install for this user: download, offered" "$work/err" || fail "no install offer: $(cat "$work/err")"
 grep -q "^trotlet: what's new: upgrade, 1 note(s) offered" "$work/err" || fail "no What's new: $(cat "$work/err")"
+# The panel shows the install offer first.
+kill -USR1 "$app"
+wait_for "$work/err" "trotlet: panel notice: installOffer" 20 || fail "no install notice in the panel: $(cat "$work/err")"
 kill -TERM "$app" 2>/dev/null
 wait "$app"
 grep -q '"release.whatsNewVersion"' "$XDG_CONFIG_HOME/trotlet/settings.json" || fail "What's new not kept pending"

@@ -63,6 +63,7 @@ LiveApp::LiveApp(const cli::LaunchOptions& options, const std::vector<std::strin
         options_, settings_->store(), [](const std::string& line) { debugLog(line); }, this);
     connect(updates_, &updates::UpdatesRuntime::relaunched, this,
             [this] { quit(QStringLiteral("relaunched as the new copy")); });
+    panel_->setUpdates(updates_);
     debugLog(settings_->store().isEphemeral() ? "live app started (in-memory settings)"
                                               : "live app started");
     if (options_.openPanel)

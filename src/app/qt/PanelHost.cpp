@@ -1,8 +1,12 @@
 #include "app/qt/PanelHost.h"
 
 #include <QApplication>
+#include <QClipboard>
+#include <QDateTime>
+#include <QDesktopServices>
 #include <QEvent>
 #include <QPalette>
+#include <QUrl>
 
 #include <cstdio>
 #include <cstdlib>
@@ -28,8 +32,15 @@
 #include "ui/panel/PanelModel.h"
 #include "ui/panel/PanelWindow.h"
 #include "ui/theme/ThemeStore.h"
+#include "updates/PanelNotice.h"
+#include "updates/qt/InstallOfferStore.h"
+#include "updates/qt/UpdateStore.h"
+#include "updates/qt/UpdatesRuntime.h"
+#include "updates/qt/WhatsNewStore.h"
 #include "weather/qt/WeatherRuntime.h"
 #include "weather/qt/WeatherStore.h"
+
+#include "BuildInfo.h"
 
 namespace trotlet::app {
 namespace {
@@ -102,6 +113,7 @@ void PanelHost::build() {
     });
     connect(&app_, &AppModel::motionPolicyChanged, model_.get(),
             [this] { model_->setReduceMotion(app_.motionReduced()); });
+    if (updates_) connectUpdates();
     builtSinceShown_ = true;
     debugLog("panel built");
 }
@@ -146,6 +158,10 @@ void PanelHost::show(const QElapsedTimer& startedAt) {
     feedShop();
     feedWeather();
     feedSample();
+    if (updates_) {
+        updates_->whatsNew().expireIfOld(QDateTime::currentSecsSinceEpoch());
+        feedNotice();
+    }
     if (perfLogging()) {
         perfClock_ = startedAt;
         perfFirstBuild_ = first;
@@ -153,6 +169,57 @@ void PanelHost::show(const QElapsedTimer& startedAt) {
     w.header().setAnimating(true);
     w.show();
     debugLog(first ? "panel shown (built now)" : "panel shown (kept from before)");
+}
+
+void PanelHost::setUpdates(updates::UpdatesRuntime* updates) {
+    updates_ = updates;
+    if (model_ && updates_) connectUpdates();
+}
+
+void PanelHost::connectUpdates() {
+    auto feed = [this] { feedNotice(); };
+    connect(&updates_->updates(), &updates::UpdateStore::changed, model_.get(), feed);
+    connect(&updates_->whatsNew(), &updates::WhatsNewStore::changed, model_.get(), feed);
+    connect(&updates_->installOffer(), &updates::InstallOfferStore::changed, model_.get(), feed);
+    connect(
+        model_.get(), &ui::PanelModel::noticeActionRequested, this,
+        [this](updates::PanelNotice::Kind kind, bool primary) {
+            using Kind = updates::PanelNotice::Kind;
+            auto& offer = updates_->installOffer();
+            auto& store = updates_->updates();
+            debugLog(std::string("notice: ") + (primary ? "primary" : "secondary") + " action");
+            if (kind == Kind::installOffer) {
+                primary ? void(offer.install()) : offer.decline();
+            } else if (kind == Kind::whatsNew) {
+                updates_->whatsNew().dismiss();
+            } else if (!primary) {
+                store.dismissBanner();
+            } else {
+                const updates::UpdateBanner banner = store.banner();
+                if (banner.action == updates::UpdateBanner::Action::install)
+                    store.installUpdate();
+                else if (banner.action == updates::UpdateBanner::Action::showCommand)
+                    QGuiApplication::clipboard()->setText(QString::fromStdString(banner.command));
+                else if (banner.action == updates::UpdateBanner::Action::openPage)
+                    QDesktopServices::openUrl(QUrl(QString::fromStdString(banner.url)));
+            }
+        });
+    feedNotice();
+}
+
+void PanelHost::feedNotice() {
+    if (!model_ || !updates_) return;
+    const auto& offer = updates_->installOffer();
+    auto notice = updates::panelNotice(
+        offer.isOffered() ? std::optional(offer.decision()) : std::nullopt,
+        updates_->updates().banner(), updates_->whatsNew().notes(), build::version);
+    if (notice && notice->kind == updates::PanelNotice::Kind::installOffer &&
+        !offer.problem().empty())
+        notice->detail = "Could not install: " + offer.problem();
+    const std::string shown =
+        notice ? std::string(updates::panelNoticeKindName(notice->kind)) : std::string("none");
+    if (model_->notice() != notice) debugLog("panel notice: " + shown);
+    model_->setNotice(std::move(notice));
 }
 
 void PanelHost::hide() {

@@ -22,6 +22,10 @@ class PanelWindow;
 class ThemeStore;
 }  // namespace trotlet::ui
 
+namespace trotlet::updates {
+class UpdatesRuntime;
+}
+
 namespace trotlet::app {
 
 class AppModel;
@@ -49,6 +53,10 @@ public:
     // Opens a metric's detail; until detail screens exist, the Overview with that card
     // highlighted.
     void showDetail(panel::MetricDetail detail);
+    // The updates whose notice the panel shows (install for this user, a newer version,
+    // What's new), and whose buttons it presses.
+    void setUpdates(updates::UpdatesRuntime* updates);
+
     // Releases the window now (tests; the timer does it after a minute).
     void release();
     bool releasePending() const { return releaseTimer_.isActive(); }
@@ -65,6 +73,8 @@ private:
     void feedMascot();
     void feedShop();
     void feedWeather();
+    void feedNotice();
+    void connectUpdates();
 
     AppModel& app_;
     settings::AppSettings& settings_;
@@ -73,6 +83,7 @@ private:
     platform::ColorScheme* colorScheme_ = nullptr;
     std::unique_ptr<ui::PanelModel> model_;
     std::unique_ptr<ui::PanelWindow> window_;
+    updates::UpdatesRuntime* updates_ = nullptr;
     QTimer releaseTimer_;
     std::optional<QElapsedTimer> perfClock_;
     bool perfFirstBuild_ = false;

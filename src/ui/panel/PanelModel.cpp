@@ -25,6 +25,12 @@ void PanelModel::setMascot(const std::string& id, const mascot::MascotState& vis
     if (!same) emit mascotChanged();
 }
 
+void PanelModel::setNotice(std::optional<updates::PanelNotice> notice) {
+    if (notice == notice_) return;
+    notice_ = std::move(notice);
+    emit noticeChanged();
+}
+
 void PanelModel::setReduceMotion(bool reduce) {
     if (reduce == reduceMotion_) return;
     reduceMotion_ = reduce;

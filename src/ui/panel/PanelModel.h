@@ -13,6 +13,7 @@
 #include "metrics/MetricsSnapshot.h"
 #include "panel/CardContent.h"
 #include "panel/PanelRoute.h"
+#include "updates/PanelNotice.h"
 
 namespace trotlet::settings {
 class AppSettings;
@@ -63,6 +64,10 @@ public:
     const std::optional<panel::PawSummary>& paw() const { return paw_; }
     void setPaw(std::optional<panel::PawSummary> paw) { paw_ = std::move(paw); }
 
+    // The notice under the header: install for this user, a newer version, What's new.
+    const std::optional<updates::PanelNotice>& notice() const { return notice_; }
+    void setNotice(std::optional<updates::PanelNotice> notice);
+
     metrics::Timestamp now() const;
     void setClock(Clock clock) { clock_ = std::move(clock); }
 
@@ -78,9 +83,12 @@ signals:
     void walletChanged();
     void weatherChanged();
     void layoutChanged();
+    void noticeChanged();
     // The user's actions, for the live app to carry out.
     void petRequested();
     void detailRequested(trotlet::panel::MetricDetail detail);
+    // A button of the notice: the main one, or the quiet one ("Not now", "Later").
+    void noticeActionRequested(trotlet::updates::PanelNotice::Kind kind, bool primary);
 
 private:
     settings::AppSettings& settings_;
@@ -96,6 +104,7 @@ private:
     std::int64_t fish_ = 0;
     std::optional<panel::WeatherSummary> weather_;
     std::optional<panel::PawSummary> paw_;
+    std::optional<updates::PanelNotice> notice_;
     Clock clock_;
 };
 

@@ -10,6 +10,7 @@
 #include "panel/PanelTabs.h"
 #include "ui/overview/OverviewView.h"
 #include "ui/panel/ComingSoonView.h"
+#include "ui/panel/NoticeBanner.h"
 #include "ui/panel/PanelHeader.h"
 #include "ui/panel/PanelModel.h"
 #include "ui/panel/ScrollIndicator.h"
@@ -52,6 +53,18 @@ PanelWindow::PanelWindow(PanelModel& model, ThemeStore& theme, QWidget* parent)
     header_ = new PanelHeader(model_, theme_, this);
     column->addWidget(header_);
     column->addSpacing(tabGap);
+    // The notice (install for this user, a newer version, What's new) sits above the tabs, on
+    // every tab; hidden, it takes no room.
+    notice_ = new NoticeBanner(model_, theme_, this);
+    auto* noticeRow = new QHBoxLayout;
+    noticeRow->addWidget(notice_);
+    column->addLayout(noticeRow);
+    // A hidden row still keeps its margins, so the gap under the notice comes and goes with it.
+    auto placeNotice = [this, noticeRow] {
+        noticeRow->setContentsMargins(Metrics::margin, 0, Metrics::margin,
+                                      model_.notice() ? tabGap : 0);
+        fitToContent();
+    };
 
     tabs_ = new TabBar(theme_, this);
     auto* tabRow = new QHBoxLayout;
@@ -91,6 +104,7 @@ PanelWindow::PanelWindow(PanelModel& model, ThemeStore& theme, QWidget* parent)
     }
 
     connect(tabs_, &TabBar::tabChosen, this, &PanelWindow::showTab);
+    connect(&model_, &PanelModel::noticeChanged, this, placeNotice);
     connect(overview_, &OverviewView::cardActivated, this, &PanelWindow::cardActivated);
     connect(&model_, &PanelModel::layoutChanged, this, [this, holder] {
         holder->setFixedHeight(overview_->height());
@@ -100,8 +114,10 @@ PanelWindow::PanelWindow(PanelModel& model, ThemeStore& theme, QWidget* parent)
     connect(&theme_, &ThemeStore::changed, this, &PanelWindow::applyTheme);
     applyTheme();
     setFocusPolicy(Qt::StrongFocus);
-    setTabOrder(header_, tabs_);
-    fitToContent();
+    setTabOrder(header_, &notice_->primaryButton());
+    setTabOrder(&notice_->primaryButton(), &notice_->secondaryButton());
+    setTabOrder(&notice_->secondaryButton(), tabs_);
+    placeNotice();
 }
 
 void PanelWindow::applyTheme() {
@@ -161,8 +177,9 @@ int PanelWindow::preferredHeight() const {
     const QWidget* screen = stack_->currentWidget();
     int content =
         screen == scroll_ ? overview_->height() : std::max(screen->sizeHint().height(), 260);
-    const int chrome =
-        Metrics::headerHeight + tabGap + Metrics::tabBarHeight + contentGap + Metrics::margin;
+    const int notice = model_.notice() ? notice_->heightForWidth(Metrics::gridWidth) + tabGap : 0;
+    const int chrome = Metrics::headerHeight + tabGap + notice + Metrics::tabBarHeight +
+                       contentGap + Metrics::margin;
     return std::min(chrome + content, Metrics::maxPanelHeight);
 }
 

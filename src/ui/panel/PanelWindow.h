@@ -13,6 +13,7 @@ class QStackedWidget;
 
 namespace trotlet::ui {
 
+class NoticeBanner;
 class OverviewView;
 class PanelHeader;
 class PanelModel;
@@ -30,6 +31,7 @@ public:
     PanelWindow(PanelModel& model, ThemeStore& theme, QWidget* parent = nullptr);
 
     PanelHeader& header() const { return *header_; }
+    NoticeBanner& notice() const { return *notice_; }
     TabBar& tabs() const { return *tabs_; }
     OverviewView& overview() const { return *overview_; }
     QScrollArea& overviewScroll() const { return *scroll_; }
@@ -63,6 +65,7 @@ private:
     PanelModel& model_;
     ThemeStore& theme_;
     PanelHeader* header_ = nullptr;
+    NoticeBanner* notice_ = nullptr;
     TabBar* tabs_ = nullptr;
     QStackedWidget* stack_ = nullptr;
     QScrollArea* scroll_ = nullptr;

@@ -6,6 +6,7 @@
 #include "snapshot/SceneRig.h"
 #include "ui/cards/CardView.h"
 #include "ui/overview/OverviewView.h"
+#include "ui/panel/NoticeBanner.h"
 #include "ui/panel/PanelHeader.h"
 #include "ui/panel/PanelWindow.h"
 #include "ui/panel/TabBar.h"
@@ -104,6 +105,38 @@ TEST_F(PanelWindowTest, CardsSpeakTheirReadings) {
     EXPECT_TRUE(card("cpu")->accessibleDescription().startsWith(QStringLiteral("23 percent")))
         << card("cpu")->accessibleDescription().toStdString();
     EXPECT_EQ(card("battery")->accessibleDescription().left(10), QStringLiteral("76 percent"));
+}
+
+// A notice takes room above the tabs and gives it back; its buttons say which notice they
+// answer, and Enter presses the focused one.
+TEST_F(PanelWindowTest, NoticeGrowsThePanelAndReportsItsButtons) {
+    const int plain = window.height();
+    updates::PanelNotice notice;
+    notice.kind = updates::PanelNotice::Kind::update;
+    notice.title = "Trotlet 0.2.0 is available";
+    notice.lines = {"One.", "Two."};
+    notice.primaryAction = "Install and relaunch";
+    notice.secondaryAction = "Later";
+    rig.model().setNotice(notice);
+    EXPECT_TRUE(window.notice().isVisible());
+    EXPECT_EQ(window.height(),
+              std::min(plain + window.notice().height() + 10, Metrics::maxPanelHeight));
+
+    std::vector<std::pair<updates::PanelNotice::Kind, bool>> pressed;
+    QObject::connect(&rig.model(), &PanelModel::noticeActionRequested,
+                     [&](updates::PanelNotice::Kind kind, bool primary) {
+                         pressed.emplace_back(kind, primary);
+                     });
+    window.notice().secondaryButton().click();
+    window.notice().primaryButton().setFocus(Qt::TabFocusReason);
+    press(&window.notice().primaryButton(), Qt::Key_Return);
+    EXPECT_EQ(pressed, (std::vector<std::pair<updates::PanelNotice::Kind, bool>>{
+                           {updates::PanelNotice::Kind::update, false},
+                           {updates::PanelNotice::Kind::update, true}}));
+
+    rig.model().setNotice(std::nullopt);
+    EXPECT_FALSE(window.notice().isVisible());
+    EXPECT_EQ(window.height(), plain);
 }
 
 }  // namespace

@@ -68,6 +68,13 @@ void UpdateStore::setPhase(UpdatePhase phase, std::string message) {
     emit changed();
 }
 
+void UpdateStore::dismissBanner() {
+    if (status_.bannerDismissed) return;
+    status_.bannerDismissed = true;
+    note("banner dismissed");
+    emit changed();
+}
+
 void UpdateStore::startAutomaticChecks() {
     note("automatic checks on");
     armAutomaticTimer();
@@ -84,6 +91,7 @@ void UpdateStore::checkNow() {
     if (checking_) return;
     checking_ = true;
     status_.offer.reset();
+    status_.bannerDismissed = false;
     setPhase(UpdatePhase::checking);
     const std::string url = primaryFeedURL();
     note("check " + url);

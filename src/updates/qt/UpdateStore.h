@@ -66,6 +66,8 @@ public:
     void checkAndInstall();
     // Downloads, verifies and installs the offered release, then relaunches.
     void installUpdate();
+    // "Later": hides the banner until a check announces a release again.
+    void dismissBanner();
     // Automatic checks: the first a little after start, then one a day.
     void startAutomaticChecks();
 

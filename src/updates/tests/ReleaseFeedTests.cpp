@@ -1,6 +1,7 @@
 // Versions, the feed document and the update policy's small rules.
 #include <gtest/gtest.h>
 
+#include "updates/PanelNotice.h"
 #include "updates/ReleaseFeed.h"
 #include "updates/UpdatePolicy.h"
 #include "updates/Version.h"
@@ -88,6 +89,37 @@ TEST(UpdatePolicy, AddressesAndSchedule) {
     EXPECT_EQ(secondsUntilAutomaticCheck(t - 3600, t), day - 3600);
     EXPECT_EQ(secondsUntilAutomaticCheck(t - 2 * day, t), automaticCheckStartDelay);
     EXPECT_EQ(secondsUntilAutomaticCheck(t + day, t), automaticCheckStartDelay);  // clock set back
+}
+
+// One notice at a time: the install offer, then a newer version, then What's new.
+TEST(PanelNotice, PriorityAndWords) {
+    UpdateStatus status;
+    status.phase = UpdatePhase::available;
+    status.channel = InstallChannel::package;
+    FeedRelease release;
+    release.version = "0.2.0";
+    status.offer = UpdateOffer{release, std::nullopt};
+    const UpdateBanner banner = updateBanner(status);
+    const std::vector<ReleaseNote> notes = {{"0.2.0", "", {"Two."}}, {"0.1.1", "", {"One."}}};
+    InstallDecision offer{
+        true, true, InstallRule::temporary,
+        "Runs from a temporary folder (/tmp) that may be emptied; install it to keep it.",
+        "/h/.local/opt/trotlet/trotlet"};
+
+    auto n = panelNotice(offer, banner, notes, "0.2.0");
+    ASSERT_TRUE(n);
+    EXPECT_EQ(n->kind, PanelNotice::Kind::installOffer);
+    EXPECT_EQ(n->detail,
+              "Runs from a temporary folder (/tmp) that may be emptied. It goes to "
+              "/h/.local/opt/trotlet, with a launcher in the app menu.");
+    n = panelNotice(std::nullopt, banner, notes, "0.2.0");
+    EXPECT_EQ(n->kind, PanelNotice::Kind::update);
+    EXPECT_EQ(n->command, packageUpdateCommand);
+    status.bannerDismissed = true;
+    n = panelNotice(std::nullopt, updateBanner(status), notes, "0.2.0");
+    EXPECT_EQ(n->kind, PanelNotice::Kind::whatsNew);
+    EXPECT_EQ(n->lines, (std::vector<std::string>{"0.2.0: Two.", "0.1.1: One."}));
+    EXPECT_FALSE(panelNotice(std::nullopt, updateBanner(status), {}, "0.2.0"));
 }
 
 }  // namespace
