@@ -3,34 +3,28 @@
 #include <algorithm>
 #include <cmath>
 
-#include "mascot/qt/CatArt.h"
+#include "mascot/qt/art/MascotArt.h"
 
 namespace trotlet::mascot {
 
 QImage drawMascotFrame(const MascotCharacter& character, MascotMood mood, int band, int frame,
                        MascotAccessories accessories, int pixelSize, qreal devicePixelRatio,
                        bool blink) {
-    CatFrameSpec spec;
+    art::FrameSpec spec;
     spec.mood = mood;
-    spec.band = band;
+    spec.band = isRunMood(mood) ? band : 0;
     spec.frame = frame;
     spec.frames = character.frameCount(mood);
     spec.accessories = accessories;
-    spec.eyesClosed = blink;
+    spec.blink = blink;
     spec.pixelSize = pixelSize;
     spec.devicePixelRatio = devicePixelRatio;
-    if (character.id != "cat") {
-        // PROVISIONAL: the cat's art in this mascot's signature colour.
-        spec.fur = furForSignature(character.signatureColor);
-        spec.outline = outlineForFur(spec.fur);
-    }
-    return drawCatFrame(spec);
+    return art::drawMascotArt(art::mascotArt(character.id), spec);
 }
 
-const std::vector<QImage>& MascotRenderer::loop(const MascotCharacter& character,
-                                                MascotMood mood, std::uint8_t band,
-                                                MascotAccessories accessories, int pixelSize,
-                                                qreal devicePixelRatio, bool blink) {
+const std::vector<QImage>& MascotRenderer::loop(const MascotCharacter& character, MascotMood mood,
+                                                std::uint8_t band, MascotAccessories accessories,
+                                                int pixelSize, qreal devicePixelRatio, bool blink) {
     LoopKey key;
     key.mascotId = character.id;
     key.mood = mood;
@@ -62,9 +56,9 @@ QImage MascotRenderer::frame(const MascotCharacter& character, const MascotState
 
 void MascotRenderer::purge(const std::string& equippedId, int menuBarPixelSize) {
     for (auto it = loops_.begin(); it != loops_.end();) {
-        const bool keep = it->first.mascotId == equippedId &&
-                          (it->first.pixelSize == menuBarPixelSize ||
-                           it->first.pixelSize == panelSize);
+        const bool keep =
+            it->first.mascotId == equippedId &&
+            (it->first.pixelSize == menuBarPixelSize || it->first.pixelSize == panelSize);
         it = keep ? std::next(it) : loops_.erase(it);
     }
 }

@@ -24,7 +24,7 @@ public:
         std::uint8_t band = 0;  // 0 for every still mood: they share one loop
         std::uint64_t accessories = 0;
         bool blink = false;
-        int pixelSize = 22;  // logical size of the square frame
+        int pixelSize = 22;       // logical size of the square frame
         int scaleTimes100 = 100;  // device pixel ratio, in hundredths
 
         auto tied() const {
@@ -39,8 +39,8 @@ public:
 
     // Every frame of a loop, drawn on first use.
     const std::vector<QImage>& loop(const MascotCharacter& character, MascotMood mood,
-                                    std::uint8_t band, MascotAccessories accessories,
-                                    int pixelSize, qreal devicePixelRatio, bool blink = false);
+                                    std::uint8_t band, MascotAccessories accessories, int pixelSize,
+                                    qreal devicePixelRatio, bool blink = false);
 
     // The frame for a drawn state at a loop position (wrapped into the loop).
     QImage frame(const MascotCharacter& character, const MascotState& visual, int frameIndex,
@@ -57,9 +57,8 @@ private:
     std::map<LoopKey, std::vector<QImage>> loops_;
 };
 
-// How a mascot is drawn. The starter cat has its own art; the other mascots are, for now, the
-// cat in their signature colour.
-// PROVISIONAL: the tinted cat stands in for every mascot but `cat` until their own art exists.
+// One frame of a mascot, drawn by its art (`qt/art/`): frame `frame` of the loop for `mood`
+// and `band`, which has `character.frameCount(mood)` frames.
 QImage drawMascotFrame(const MascotCharacter& character, MascotMood mood, int band, int frame,
                        MascotAccessories accessories, int pixelSize, qreal devicePixelRatio,
                        bool blink);

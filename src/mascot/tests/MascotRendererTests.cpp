@@ -9,6 +9,7 @@
 
 #include "mascot/tests/GuiTestApp.h"
 
+#include "mascot/qt/MascotContactSheet.h"
 #include "mascot/qt/MascotRenderer.h"
 
 namespace trotlet::mascot {
@@ -32,10 +33,9 @@ Ink inkOf(const QImage& image) {
     return ink;
 }
 
-constexpr MascotMood allMoods[] = {MascotMood::panic,    MascotMood::overheated,
-                                   MascotMood::lowBattery, MascotMood::offline,
-                                   MascotMood::sleeping, MascotMood::sitting,
-                                   MascotMood::celebrating, MascotMood::running};
+constexpr MascotMood allMoods[] = {
+    MascotMood::panic,    MascotMood::overheated, MascotMood::lowBattery,  MascotMood::offline,
+    MascotMood::sleeping, MascotMood::sitting,    MascotMood::celebrating, MascotMood::running};
 
 TEST(MascotRenderer, EveryCatFrameRendersAtBothScales) {
     guiApp();
@@ -45,8 +45,8 @@ TEST(MascotRenderer, EveryCatFrameRendersAtBothScales) {
         for (MascotMood mood : allMoods) {
             const int bands = isRunMood(mood) ? static_cast<int>(cat.loadBands.size()) + 1 : 1;
             for (int band = 0; band < bands; ++band) {
-                const auto& frames = renderer.loop(cat, mood, static_cast<std::uint8_t>(band), {},
-                                                   22, scale);
+                const auto& frames =
+                    renderer.loop(cat, mood, static_cast<std::uint8_t>(band), {}, 22, scale);
                 ASSERT_EQ(static_cast<int>(frames.size()), cat.frameCount(mood));
                 for (size_t i = 0; i < frames.size(); ++i) {
                     const QImage& f = frames[i];
@@ -143,56 +143,65 @@ TEST(MascotRenderer, ProvisionalMascotsAreTintedInTheirColour) {
     }
 }
 
-// With TROTLET_MASCOT_PREVIEW=<dir>, writes contact sheets of every loop on a light and a dark
-// panel, for judging the art by eye.
+// With TROTLET_MASCOT_PREVIEW=<dir>, writes every mascot's contact sheet and menu-bar strip on
+// a light and a dark backdrop, for judging the art by eye. TROTLET_MASCOT_PREVIEW_ONLY=<id>
+// limits it to one mascot.
 TEST(MascotRenderer, PreviewSheets) {
     const char* dir = std::getenv("TROTLET_MASCOT_PREVIEW");
     if (!dir) GTEST_SKIP() << "set TROTLET_MASCOT_PREVIEW to a folder to write preview sheets";
     guiApp();
-    MascotRenderer renderer;
-    const auto& cat = characterFor("cat");
-    struct Row {
-        MascotMood mood;
-        int band;
-        std::uint64_t acc;
-    };
-    const Row rows[] = {
-        {MascotMood::running, 0, 0},    {MascotMood::running, 1, 0},
-        {MascotMood::running, 2, 0},    {MascotMood::panic, 2, 0},
-        {MascotMood::overheated, 1, 0}, {MascotMood::lowBattery, 0, 0},
-        {MascotMood::offline, 0, MascotAccessories::umbrella},
-        {MascotMood::sitting, 0, 0},    {MascotMood::sleeping, 0, MascotAccessories::nightcap},
-        {MascotMood::celebrating, 0, 0},
-        {MascotMood::running, 1, MascotAccessories::backpack | MascotAccessories::charging |
-                                     MascotAccessories::sweat | MascotAccessories::gpuBadge},
-        {MascotMood::sitting, 0, MascotAccessories::holidayHat},
-        {MascotMood::running, 0, MascotAccessories::halloweenHat},
-    };
-    for (int size : {18, 22}) {
-        for (qreal scale : {1.0, 2.0}) {
-            const int cell = qRound(size * scale) + 4;
-            const int zoom = scale == 1.0 ? 4 : 2;
-            QImage sheet(cell * 8 * 2, cell * static_cast<int>(std::size(rows)), QImage::Format_ARGB32);
-            sheet.fill(Qt::white);
-            QPainter p(&sheet);
-            p.fillRect(QRect(cell * 8, 0, cell * 8, sheet.height()), QColor(0x2B, 0x2B, 0x2E));
-            int y = 0;
-            for (const auto& r : rows) {
-                const auto& frames = renderer.loop(cat, r.mood, static_cast<std::uint8_t>(r.band),
-                                                   {r.acc}, size, scale);
-                for (int half = 0; half < 2; ++half)
-                    for (size_t i = 0; i < frames.size(); ++i) {
-                        QImage f = frames[i];
-                        f.setDevicePixelRatio(1);
-                        p.drawImage(QPoint(half * cell * 8 + static_cast<int>(i) * cell + 2, y + 2), f);
-                    }
-                y += cell;
-            }
-            p.end();
-            sheet = sheet.scaled(sheet.size() * zoom, Qt::IgnoreAspectRatio, Qt::FastTransformation);
-            const QString path = QString("%1/cat-%2px@%3x.png").arg(dir).arg(size).arg(int(scale));
-            EXPECT_TRUE(sheet.save(path));
+    const QString only = qEnvironmentVariable("TROTLET_MASCOT_PREVIEW_ONLY");
+    for (const auto& c : allCharacters()) {
+        const QString id = QString::fromStdString(c.id);
+        if (!only.isEmpty() && id != only) continue;
+        for (bool dark : {false, true}) {
+            const QString theme = dark ? "dark" : "light";
+            for (qreal scale : {1.0, 2.0})
+                EXPECT_TRUE(renderMascotContactSheet(c.id, dark, scale)
+                                .save(QString("%1/mascot-%2-%3@%4x.png")
+                                          .arg(dir, id, theme)
+                                          .arg(int(scale))));
+            EXPECT_TRUE(renderMenuBarStrip(c.id, dark, 2, "42%")
+                            .save(QString("%1/menubar-%2-%3@2x.png").arg(dir, id, theme)));
         }
+        // The menu-bar size at 1x, magnified without smoothing: what each pixel really is.
+        std::vector<std::pair<MascotMood, int>> loops;
+        for (int b = 0; b <= static_cast<int>(c.loadBands.size()); ++b)
+            loops.emplace_back(MascotMood::running, b);
+        for (MascotMood m : {MascotMood::panic, MascotMood::offline, MascotMood::sitting,
+                             MascotMood::sleeping, MascotMood::celebrating})
+            loops.emplace_back(m, 0);
+        const int cell = 24;
+        QImage zoom(cell * 8 * 2, cell * static_cast<int>(loops.size()), QImage::Format_ARGB32);
+        zoom.fill(QColor(0xF4, 0xF4, 0xF6));
+        QPainter p(&zoom);
+        p.fillRect(QRect(cell * 8, 0, cell * 8, zoom.height()), QColor(0x2B, 0x2B, 0x2E));
+        for (size_t r = 0; r < loops.size(); ++r)
+            for (int half = 0; half < 2; ++half)
+                for (int i = 0; i < std::min(8, c.frameCount(loops[r].first)); ++i)
+                    p.drawImage(
+                        QPoint(half * cell * 8 + i * cell + 1, static_cast<int>(r) * cell + 1),
+                        drawMascotFrame(c, loops[r].first, loops[r].second, i, {}, 22, 1, false));
+        p.end();
+        EXPECT_TRUE(zoom.scaled(zoom.size() * 4, Qt::IgnoreAspectRatio, Qt::FastTransformation)
+                        .save(QString("%1/zoom-%2.png").arg(dir, id)));
+        // The panel size at 2x: four frames of each loop, for the details.
+        QImage big(92 * 4 * 2, 92 * static_cast<int>(loops.size()), QImage::Format_ARGB32);
+        big.fill(QColor(0xF4, 0xF4, 0xF6));
+        QPainter q(&big);
+        q.fillRect(QRect(92 * 4, 0, 92 * 4, big.height()), QColor(0x2B, 0x2B, 0x2E));
+        for (size_t r = 0; r < loops.size(); ++r)
+            for (int half = 0; half < 2; ++half)
+                for (int i = 0; i < 4; ++i) {
+                    const int n = c.frameCount(loops[r].first);
+                    QImage f = drawMascotFrame(c, loops[r].first, loops[r].second, i * n / 4, {},
+                                               44, 2, false);
+                    f.setDevicePixelRatio(1);
+                    q.drawImage(QPoint(half * 92 * 4 + i * 92 + 2, static_cast<int>(r) * 92 + 2),
+                                f);
+                }
+        q.end();
+        EXPECT_TRUE(big.save(QString("%1/big-%2.png").arg(dir, id)));
     }
 }
 
