@@ -99,6 +99,22 @@ TEST(MascotAnimator, EquipAndTryOn) {
     EXPECT_EQ(rig.animator.drawnMascotId(), "shiba");
 }
 
+// Equipping a mascot draws it at once and drops every other mascot's frames, whichever
+// mascot comes before or after.
+TEST(MascotAnimator, EquippingAMascotPurgesTheOthers) {
+    Rig rig;
+    rig.sample(0.5, 0);
+    const auto& all = allCharacters();
+    for (size_t i = 0; i < all.size(); ++i) {
+        const std::string& id = all[(i * 5) % all.size()].id;  // a shuffled order
+        rig.animator.equip(id);
+        rig.tick(rig.t + 0.5);
+        EXPECT_GT(rig.animator.renderer().cachedBytes(id), 0u) << id;
+        EXPECT_EQ(rig.animator.renderer().cachedBytes(), rig.animator.renderer().cachedBytes(id))
+            << "frames of another mascot outlive equipping " << id;
+    }
+}
+
 TEST(MascotAnimator, OneShotImagesPlayOnceThenTheLoopResumes) {
     Rig rig;
     rig.sample(0.5, 0);

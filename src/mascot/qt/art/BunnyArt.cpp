@@ -28,10 +28,11 @@ public:
         pose.lift = air * (leap ? 5.0 : 3.4) * rig.energy();
         pose.pitch = -qSin(2 * M_PI * phase) * (leap ? 14 : 10);
         // Squashed on the ground, stretched in the air.
-        pose.stretch = air < 0.25 ? 0.94 + air * 0.24 : 1.0 + (air - 0.25) * (leap ? 0.22 : 0.12);
+        pose.stretch = air < 0.25 ? 0.94 + air * 0.24 : 1.0 + (air - 0.25) * (leap ? 0.16 : 0.1);
         pose.kick = std::clamp(qSin(2 * M_PI * phase) * 1.4, 0.0, 1.0);
         pose.reach = std::clamp(-qSin(2 * M_PI * phase) * 1.4, 0.0, 1.0);
-        pose.ears = rig.panicking() ? -75 : -12 - air * (leap ? 50 : 30);
+        // Leaping, the ears stay swept back even on the ground.
+        pose.ears = rig.panicking() ? -75 : (leap ? -26 : -12) - air * (leap ? 40 : 30);
         if (rig.tired() || rig.offline()) pose.ears = -112 + air * 10;  // drooping behind
         return figure(rig, pose);
     }
@@ -41,7 +42,7 @@ public:
         // One ear twitches, the nose wiggles.
         pose.ears = -8;
         pose.earTwitch = std::max(0.0, rig.wave()) * 14;
-        pose.nose = rig.wave(0, 2) * 0.3;
+        pose.nose = rig.wave(0.125, 2) * 0.3;
         pose.upright = 1;
         return figure(rig, pose);
     }
@@ -113,8 +114,8 @@ private:
         ear(rig, earBase + QPointF(-1.2, 0.4), pose.ears - 12, c.shade, false);
         // The big hind foot: flat under the body, or kicked out behind.
         const QPointF hip(10.6, 24.2);
-        const QPointF heel = lerp({9.4, 27.3}, {6.0, 26.6}, pose.kick);
-        const QPointF toe = lerp({15.0, 27.7}, {2.6, 27.6}, pose.kick);
+        const QPointF heel = lerp({9.4, 27.3}, {7.0, 26.6}, pose.kick);
+        const QPointF toe = lerp({15.0, 27.7}, {4.6, 27.4}, pose.kick);
         QPainterPath hind(hip);
         hind.lineTo(heel);
         hind.lineTo(toe);

@@ -56,8 +56,8 @@ void CatArt::head(Rig& rig, QPointF c, qreal r, qreal flatten, bool tongue) cons
 
 void CatArt::tail(Rig& rig, QPointF base, qreal sway, qreal lift) const {
     QPainterPath t(base);
-    t.cubicTo(base + QPointF(-3.5, 0.5), base + QPointF(-5.5 + sway, -3 - lift),
-              base + QPointF(-4.5 + sway * 1.6, -7 - lift));
+    t.cubicTo(base + QPointF(-3.0, 0.5), base + QPointF(-4.2 + sway * 0.8, -3 - lift),
+              base + QPointF(-2.8 + sway * 0.8, -7 - lift));
     rig.limb(t, rig.pick(2.4, 2.2), rig.colors().body);
 }
 
@@ -72,7 +72,7 @@ Anchors CatArt::run(Rig& rig) const {
                                      : band == 1 ? 1.6
                                                  : 2.2) *
                          rig.energy();
-    const qreal stretch = band >= 2 ? 1.1 : band == 1 ? 1.05 : 1.0;
+    const qreal stretch = band >= 2 ? 1.08 : band == 1 ? 1.04 : 1.0;
     const qreal bodyY = 19.2 + bounce + (rig.tired() ? 0.8 : 0);
     LegSwing s = Rig::swing(gait, phase,
                             (band == 0   ? 0.55
@@ -130,7 +130,7 @@ Anchors CatArt::sit(Rig& rig) const {
     const Palette& c = rig.colors();
     const qreal sway = rig.wave(0.25) * 1.6;
     QPainterPath t({9.5, 26.5});
-    t.cubicTo(QPointF(5, 27.8), QPointF(2.5, 26), QPointF(3 + sway * 0.5, 21 + sway * 0.3));
+    t.cubicTo(QPointF(5.6, 27.8), QPointF(3.8, 26), QPointF(4.4 + sway * 0.5, 21 + sway * 0.3));
     rig.limb(t, rig.pick(2.4, 2.2), c.body);
     rig.ellipse({13.5, 22.3}, 6.3, 5.6, c.body);
     QPainterPath chest;
@@ -173,10 +173,11 @@ Anchors CatArt::sleep(Rig& rig) const {
 
 Anchors CatArt::celebrate(Rig& rig) const {
     const Palette& c = rig.colors();
-    const qreal hop = rig.arc() * 3.6;
+    const qreal hop = rig.arc() * 2.2;
     QPainter& p = rig.painter();
     p.save();
-    p.translate(0, -hop);
+    // Standing tall on tiptoe, a little lower on the canvas so the ears clear the top mid-hop.
+    p.translate(0, 1.2 - hop);
     QPainterPath t({10, 24});
     t.cubicTo(QPointF(6, 23), QPointF(4.5, 19), QPointF(6 + rig.wave() * 1.5, 14.5));
     rig.limb(t, rig.pick(2.4, 2.2), c.body);
@@ -203,8 +204,8 @@ Anchors CatArt::celebrate(Rig& rig) const {
     head(rig, a.head, a.headRadius, 0, false);
     rig.smile(a.head + QPointF(2.2, 1.8), a.head + QPointF(4.3, 1.6), 1.4);
     p.restore();
-    a.head.ry() -= hop;
-    a.back.ry() -= hop;
+    a.head.ry() += 1.2 - hop;
+    a.back.ry() += 1.2 - hop;
     return a;
 }
 

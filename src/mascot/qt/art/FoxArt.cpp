@@ -94,12 +94,12 @@ public:
     Anchors celebrate(Rig& rig) const override {
         // The mousing pounce: a high arc, nose up on the way up and down on the way down.
         const qreal phase = rig.phase();
-        const qreal hop = rig.arc() * 4.0;
-        const qreal angle = -22 + 44 * phase;
+        const qreal hop = rig.arc() * 3.2;
+        const qreal angle = -12 + 24 * phase;
         QTransform t;
-        t.translate(15, 20 - hop);
+        t.translate(16.5, 20 - hop);
         t.rotate(angle);
-        t.translate(-15, -20);
+        t.translate(-16.5, -20);
         QPainter& p = rig.painter();
         p.save();
         p.setTransform(t, true);
@@ -107,7 +107,7 @@ public:
         pose.bodyY = 18.6;
         pose.stretch = 1.08;
         pose.legs = {0.7, 0.6, -0.7, -0.6};
-        pose.tailLift = 2.0;
+        pose.tailLift = 1.0;
         pose.tongue = false;
         Anchors a = figure(rig, pose);
         p.restore();
@@ -140,7 +140,7 @@ private:
     Anchors figure(Rig& rig, const Pose& pose) const {
         const Palette& c = rig.colors();
         const qreal bodyY = pose.bodyY + pose.bounce + (rig.tired() ? 0.8 : 0);
-        const qreal left = 9.2, length = 13.2 * pose.stretch;
+        const qreal left = 8.4, length = 13.2 * pose.stretch;
         const qreal front = left + length - 2.6, rear = left + 2.8;
         const qreal hipY = bodyY + 1.2, legLength = 8.4 - pose.bounce * 0.25;
         const qreal w = rig.pick(2.5, 2.2);
@@ -183,7 +183,7 @@ private:
     // The brush: a long teardrop streaming back from the rump, white at the tip.
     void brush(Rig& rig, QPointF base, qreal lift) const {
         const Palette& c = rig.colors();
-        const QPointF tip = base + QPointF(-8.6, -2.6 - lift);
+        const QPointF tip = base + QPointF(-7.6, -2.6 - lift);
         QPainterPath t(base + QPointF(0.6, -2.4));
         t.cubicTo(base + QPointF(-3.0, -5.0 - lift * 0.6), tip + QPointF(1.2, -2.6), tip);
         t.cubicTo(tip + QPointF(1.2, 2.6), base + QPointF(-3.4, 3.0 - lift * 0.3),

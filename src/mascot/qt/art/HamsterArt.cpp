@@ -51,7 +51,7 @@ public:
     Anchors sit(Rig& rig) const override {
         // Sitting up, nibbling a seed: the paws and cheeks work.
         const Palette& c = rig.colors();
-        const qreal chew = std::max(0.0, rig.wave(0, 2)) * 0.35;
+        const qreal chew = std::max(0.0, rig.wave(0.125, 2)) * 0.35;
         rig.ellipse({16.0, 22.4}, 7.0, 6.0, c.body);
         rig.patchEllipse({17.4, 23.4}, 4.2, 4.0, c.light);
         QPainterPath feet({13.0, 27.6});
@@ -196,8 +196,8 @@ private:
     // The exercise wheel: rim, rungs and spokes turning with the stride, on a stand.
     void wheel(Rig& rig) const {
         const QColor metal(0xB8, 0xC4, 0xD0), rim(0x5E, 0x8F, 0xD8);
-        const QPointF hub(16.0, 14.6);
-        const qreal r = 13.2;
+        const QPointF hub(16.0, 15.6);
+        const qreal r = 12.0;
         QPainterPath stand(hub);
         stand.lineTo(10.0, 28.2);
         stand.moveTo(hub);
@@ -213,8 +213,8 @@ private:
         rig.line(spokes, rig.pick(0.9, 0.6), metal.darker(130));
         QPainterPath ring;
         ring.addEllipse(hub, r, r);
-        rig.line(ring, rig.pick(2.4, 2.0) + 2 * rig.stroke(), rig.colors().outline);
-        rig.line(ring, rig.pick(2.4, 2.0), rim);
+        rig.line(ring, 2.0 + 2 * rig.stroke(), rig.colors().outline);
+        rig.line(ring, 2.0, rim);
         rig.ellipse(hub, 1.3, 1.3, metal, 0.7);
     }
 };

@@ -23,8 +23,8 @@ public:
         const bool skip = rig.band() >= 1 && !rig.tired();
         Pose pose;
         const qreal w = rig.wave();
-        pose.bob = skip ? -rig.arc() * 2.6 : -qAbs(w) * 0.9 * rig.energy();
-        if (skip) pose.bob = -qAbs(rig.wave(0, 2)) * 2.2;
+        pose.bob = -qAbs(w) * 0.9 * rig.energy();
+        if (skip) pose.bob = -qAbs(rig.wave(0, 2)) * 1.6;
         pose.sway = w * (skip ? 3 : 5) * rig.energy();
         pose.lean = skip ? 8 : 4;
         pose.feet[0] = qMax<qreal>(0, w) * 1.4;
@@ -60,7 +60,7 @@ public:
 
     Anchors celebrate(Rig& rig) const override {
         Pose pose;
-        pose.bob = -rig.arc() * 3.2;
+        pose.bob = -rig.arc() * 1.8;
         pose.paw = 1.0;
         pose.otherPaw = 1.0;
         pose.beckon = rig.wave(0, 2);
@@ -101,7 +101,7 @@ private:
     Anchors figure(Rig& rig, const Pose& pose) const {
         const Palette& c = rig.colors();
         QTransform t;
-        t.translate(15.5, 28.0 + pose.bob);
+        t.translate(15.5, 28.8 + pose.bob);
         t.rotate(pose.sway + pose.lean);
         t.translate(-15.5, -28.0);
         QPainter& p = rig.painter();

@@ -15,8 +15,12 @@ QImage drawMascotArt(const MascotArt& art, const FrameSpec& spec) {
     image.setDevicePixelRatio(dpr);
     QPainter p(&image);
     p.setRenderHint(QPainter::Antialiasing);
-    // The painter already maps logical to device pixels through the image's pixel ratio.
-    p.scale(side / dpr / gridSize, side / dpr / gridSize);
+    // The grid fills the frame but for one clear device pixel all round, so an edge, a foot's
+    // round cap or an accessory at the grid's border is never cut off. The painter already maps
+    // logical to device pixels through the image's pixel ratio.
+    const qreal inner = qMax(1, side - 2);
+    p.translate(1 / dpr, 1 / dpr);
+    p.scale(inner / dpr / gridSize, inner / dpr / gridSize);
     Rig rig(p, spec, art.palette());
     Anchors anchors;
     switch (spec.mood) {

@@ -16,9 +16,14 @@ QColor mixColors(const QColor& a, const QColor& b, qreal t) {
 
 Rig::Rig(QPainter& painter, const FrameSpec& spec, const Palette& palette)
     : p_(painter), spec_(spec), palette_(palette) {
-    phase_ = spec.frames > 0
-                 ? qreal(((spec.frame % spec.frames) + spec.frames) % spec.frames) / spec.frames
-                 : 0;
+    // Loops of 6, 10, 14 ... frames sample a sine at points mirrored about its peak on two
+    // neighbouring frames (60 and 120 degrees), which would draw the same pose twice in a row;
+    // half a frame's offset moves the samples off that symmetry. Loops of 4, 8, 12 ... frames
+    // don't have it at 0 and would get it from the offset.
+    if (spec.frames > 0) {
+        const int i = ((spec.frame % spec.frames) + spec.frames) % spec.frames;
+        phase_ = (i + (spec.frames % 4 == 2 ? 0.5 : 0.0)) / spec.frames;
+    }
     // Overheated mascots flush red all over, so the mood reads even without the heat waves.
     if (hot()) {
         const QColor red(0xE5, 0x48, 0x3A);
@@ -61,11 +66,11 @@ void Rig::limb(const QPainterPath& path, qreal width, const QColor& fill, qreal 
 }
 
 QPointF Rig::leg(QPointF hip, qreal angle, qreal length, qreal width, const QColor& fill,
-                 qreal bend) {
+                 qreal bend, qreal ground) {
     const QPointF knee = hip + QPointF(qSin(angle), qCos(angle)) * (length * 0.55);
     const qreal lower = angle + bend;
     QPointF foot = knee + QPointF(qSin(lower), qCos(lower)) * (length * 0.45);
-    if (foot.y() > groundY) foot.setY(groundY);
+    if (foot.y() > ground) foot.setY(ground);
     QPainterPath path(hip);
     path.lineTo(knee);
     path.lineTo(foot);

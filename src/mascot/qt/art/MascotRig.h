@@ -119,9 +119,10 @@ public:
     // A limb, tail or neck: a thick outlined stroke along a path.
     void limb(const QPainterPath& path, qreal width, const QColor& fill, qreal edge = 1);
     // A two-part leg from a hip: `angle` swings it, `bend` folds the lower part (positive bends
-    // the foot forward). The foot never goes below the ground. Returns the foot.
+    // the foot forward). The foot never goes below `ground`, the ground line in the painter's
+    // current frame. Returns the foot.
     QPointF leg(QPointF hip, qreal angle, qreal length, qreal width, const QColor& fill,
-                qreal bend = 0);
+                qreal bend = 0, qreal ground = groundY);
     // Flat colour inside a shape (markings, a belly), no outline.
     void patch(const QPainterPath& path, const QColor& fill);
     void patchEllipse(QPointF centre, qreal rx, qreal ry, const QColor& fill);

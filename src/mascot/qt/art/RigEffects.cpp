@@ -43,7 +43,7 @@ void Rig::speedLines(const Anchors& a) {
     behind([&] {
         for (int i = 0; i < 3; ++i) {
             const qreal y = top + i * 3.2;
-            const qreal x0 = 0.6 + shift + (i % 2) * 1.3;
+            const qreal x0 = 1.6 + shift + (i % 2) * 1.3;
             line(QPointF(x0, y), QPointF(x0 + 3.4, y), pick(1.5, 1.1), palette_.outline);
         }
     });
@@ -58,7 +58,7 @@ void Rig::heatWaves(const Anchors& a) {
         w.cubicTo(QPointF(x - 1.4, base - 1.5 - lift), QPointF(x + 1.4, base - 3 - lift),
                   QPointF(x, base - 4.5 - lift));
         w.cubicTo(QPointF(x - 1.4, base - 6 - lift), QPointF(x + 1.4, base - 7 - lift),
-                  QPointF(x, std::max(base - 8 - lift, 1.2)));
+                  QPointF(x, std::max(base - 8 - lift, 2.4)));
         line(w, stroke_ + 0.9, palette_.outline);
         line(w, 0.9, QColor(0xFF, 0x6B, 0x3D));
     }
@@ -96,7 +96,7 @@ void Rig::sleepyZs(const Anchors& a) {
         const qreal size = pick(3.0, 2.6) - t * 0.6;
         QPointF o = start + QPointF(t * 2.5, -t * 8.0);
         o.setX(std::min(o.x(), 30.5 - size));
-        o.setY(std::max(o.y(), 1.0));
+        o.setY(std::max(o.y(), 2.0));
         QPainterPath z(o);
         z.lineTo(o + QPointF(size, 0));
         z.lineTo(o + QPointF(0, size));
@@ -107,7 +107,7 @@ void Rig::sleepyZs(const Anchors& a) {
 }
 
 void Rig::sparkles(const Anchors& a) {
-    const QPointF spots[] = {{3.5, 6}, {28, 5}, {29, 17}};
+    const QPointF spots[] = {{3.8, 6}, {27.6, 5}, {28.0, 17}};
     for (int i = 0; i < 3; ++i) {
         const qreal t = std::fmod(phase_ + i / 3.0, 1.0);
         const qreal r = pick(1.2, 0.8) + 1.6 * qSin(M_PI * t);

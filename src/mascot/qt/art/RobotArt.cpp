@@ -33,11 +33,12 @@ public:
             pose.antenna = -0.5;
             pose.bob = rig.wave(0, 2) * 0.3;
         } else {
-            // Servo steps: the stride is held in a few fixed poses rather than eased between.
-            const qreal step = std::round(rig.wave() * 2) / 2;
+            // Servo steps: the legs sweep at a constant rate and snap round at the ends, a
+            // triangle wave instead of a sine's easing.
+            const qreal step = 4 * qAbs(rig.phase() - 0.5) - 1;
             pose.legs = {step * 0.45 * rig.energy(), -step * 0.45 * rig.energy()};
             pose.arms = {-step * 0.6 * rig.energy(), step * 0.6 * rig.energy()};
-            pose.bob = qAbs(step) > 0.6 ? -0.8 : 0;
+            pose.bob = -0.8 * (1 - qAbs(step));
             pose.lean = rig.tired() ? -3 : 3;
             pose.headTilt = rig.tired() ? 8 : 0;
             pose.antenna = step * 0.2;
@@ -68,7 +69,7 @@ public:
 
     Anchors celebrate(Rig& rig) const override {
         Pose pose;
-        pose.bob = -rig.arc() * 3.2;
+        pose.bob = -rig.arc() * 1.4;
         pose.arms = {2.6 + rig.wave(0, 2) * 0.25, -2.6 - rig.wave(0, 2) * 0.25};
         pose.legs = {0.15, -0.15};
         pose.antenna = rig.wave() * 0.4;
@@ -202,11 +203,11 @@ private:
         p.rotate(pose.headTilt);
         p.translate(-neck);
         const QPointF mast(16.9, 6.0 + sink + pose.headDrop);
-        const QPointF bulb = mast + QPointF(qSin(pose.antenna) * 3.4, -qCos(pose.antenna) * 3.4);
+        const QPointF bulb = mast + QPointF(qSin(pose.antenna) * 2.8, -qCos(pose.antenna) * 2.8);
         rig.line(mast, bulb, rig.pick(1.0, 0.8) + 2 * rig.stroke() * 0.6, c.outline);
         rig.line(mast, bulb, rig.pick(1.0, 0.8), c.shade);
         rig.ellipse(bulb, 1.2, 1.2, pose.lightOff ? c.shade : c.accent, 0.7);
-        if (pose.spark) rig.star(bulb + QPointF(1.8, -0.6), 1.2 + rig.arc() * 0.8, c.accent);
+        if (pose.spark) rig.star(bulb + QPointF(2.2, 0.4), 1.0 + rig.arc() * 0.7, c.accent);
         QPainterPath head;
         head.addRoundedRect(QRectF(10.8, 6.0 + sink + pose.headDrop, 12.2, 8.6), 2.2, 2.2);
         rig.shape(head, c.body);

@@ -101,10 +101,10 @@ public:
 
     Anchors celebrate(Rig& rig) const override {
         const Palette& c = rig.colors();
-        const qreal hop = rig.arc() * 3.4;
+        const qreal hop = rig.arc() * 2.2;
         QPainter& p = rig.painter();
         p.save();
-        p.translate(0, -hop);
+        p.translate(0, 1.2 - hop);
         QPainterPath hind({11.6, 24.0});
         hind.lineTo(11.0, 27.6);
         hind.moveTo(16.4, 24.0);
@@ -127,8 +127,8 @@ public:
         a.back = QPointF(12.0, 15.0);
         head(rig, a.head, 0, true);
         p.restore();
-        a.head.ry() -= hop;
-        a.back.ry() -= hop;
+        a.head.ry() += 1.2 - hop;
+        a.back.ry() += 1.2 - hop;
         fillHatAnchors(a);
         return a;
     }

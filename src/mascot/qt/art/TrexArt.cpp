@@ -49,7 +49,7 @@ public:
         pose.seated = true;
         pose.lying = true;
         pose.lean = 8;
-        pose.bob = 2.4 - rig.wave() * 0.2;
+        pose.bob = 1.4 - rig.wave() * 0.2;
         pose.jaw = 0;
         pose.tail = -1.6;
         return figure(rig, pose);
@@ -57,8 +57,8 @@ public:
 
     Anchors celebrate(Rig& rig) const override {
         Pose pose;
-        pose.bob = -rig.arc() * 3.0;
-        pose.lean = -16;
+        pose.bob = -rig.arc() * 1.8;
+        pose.lean = -10;
         pose.jaw = 26;
         pose.arms = -2.6 + rig.wave(0, 2) * 0.3;  // tiny arms, up in triumph
         pose.legs[0] = 0.15;
@@ -79,17 +79,18 @@ private:
         bool lying = false;
     };
 
-    void leg(Rig& rig, QPointF hip, qreal angle, const QColor& fill, bool seated) const {
+    void leg(Rig& rig, QPointF hip, qreal angle, const QColor& fill, bool seated,
+             qreal ground) const {
         const qreal w = rig.pick(3.2, 2.9);
         if (seated) {
             QPainterPath folded(hip);
             folded.lineTo(hip + QPointF(2.6, 3.8));
-            folded.lineTo(hip + QPointF(-0.4, 6.4));
-            folded.lineTo(hip + QPointF(3.0, 6.4));
+            folded.lineTo(hip + QPointF(-0.4, 5.6));
+            folded.lineTo(hip + QPointF(3.0, 5.6));
             rig.limb(folded, w, fill);
             return;
         }
-        const QPointF foot = rig.leg(hip, angle + 0.35, 8.6, w, fill, -0.85);
+        const QPointF foot = rig.leg(hip, angle + 0.35, 8.6, w, fill, -0.85, ground);
         rig.line(foot, foot + QPointF(2.0, 0.1), w * 0.8 + 2 * rig.stroke(), rig.colors().outline);
         rig.line(foot, foot + QPointF(2.0, 0.1), w * 0.8, fill);
     }
@@ -107,12 +108,14 @@ private:
         // Counter-rotate the legs so the feet stay under the body whatever its lean.
         const qreal counter = -qDegreesToRadians(pose.lean);
 
-        leg(rig, hips + QPointF(2.0, 0), pose.legs[1] + counter, c.shade, pose.seated);
+        // The body drops on a footfall but the feet stay planted on the real ground.
+        const qreal ground = groundY - 0.6 - pose.bob;
+        leg(rig, hips + QPointF(2.0, 0), pose.legs[1] + counter, c.shade, pose.seated, ground);
         // The tail: thick at the hips, tapering to a point behind.
         const qreal lift = pose.tail;
         QPainterPath tail({12.0, 12.8});
         tail.cubicTo(QPointF(8.0, 13.4 - lift * 0.5), QPointF(4.0, 13.6 - lift),
-                     QPointF(0.8, 15.0 - lift * 1.6));
+                     QPointF(1.8, 15.0 - lift * 1.4));
         tail.cubicTo(QPointF(4.2, 17.4 - lift), QPointF(8.4, 19.6 - lift * 0.4),
                      QPointF(12.6, 20.6));
         tail.closeSubpath();
@@ -134,7 +137,7 @@ private:
         }
         // The near thigh, a big drumstick, then its leg.
         rig.ellipse(hips + QPointF(0.4, 0.4), 3.4, 4.0, c.body);
-        leg(rig, hips + QPointF(0.4, 1.4), pose.legs[0] + counter, c.body, pose.seated);
+        leg(rig, hips + QPointF(0.4, 1.4), pose.legs[0] + counter, c.body, pose.seated, ground);
 
         // Tiny arms at the chest.
         const QPointF shoulder(19.8, 17.0);

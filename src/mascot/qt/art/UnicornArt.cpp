@@ -38,7 +38,7 @@ public:
         pose.neck = band == 2 ? 0.7 : band == 1 ? 0.35 : 0;
         pose.headDrop = rig.tired() ? 2.2 : 0;
         pose.flow = band * 0.8 + rig.wave(0.1) * 0.6;
-        if (band == 2 && !rig.tired()) trail(rig, 17.0 + pose.bounce);
+        if (band == 2 && !rig.tired()) trail(rig, 18.4 + pose.bounce);
         return figure(rig, pose);
     }
 
@@ -48,21 +48,22 @@ public:
 
     Anchors celebrate(Rig& rig) const override {
         // Rearing up on the hind legs, forelegs pawing the air.
-        const qreal rise = rig.arc() * 1.5;
-        const qreal angle = -26 - rise * 4;
+        const qreal rise = rig.arc();
+        const qreal angle = -9 - rise * 3;
         QTransform t;
-        t.translate(10.6, 19.4);
+        t.translate(11.6, 19.4);
         t.rotate(angle);
-        t.translate(-10.6, -19.4);
+        t.translate(-11.6, -19.4);
         QPainter& p = rig.painter();
         p.save();
         p.setTransform(t, true);
         Pose pose;
+        pose.bodyY = 18.0;
         const qreal paw = rig.wave() * 0.35;
         pose.legs = {1.3 + paw, 1.0 - paw, -angle * M_PI / 180, -angle * M_PI / 180 - 0.15};
         pose.frontBend = -1.9;
         pose.flow = 1.0 + rig.wave() * 0.5;
-        pose.neck = -0.3;
+        pose.neck = 0.5;
         Anchors a = figure(rig, pose);
         p.restore();
         a.head = t.map(a.head);
@@ -98,11 +99,11 @@ private:
         rig.behind([&] {
             const qreal w = rig.pick(1.5, 1.2);
             for (int i = 0; i < 4; ++i) {
-                QPainterPath band({9.0, y - 2.0 + i * w});
-                for (int k = 1; k <= 4; ++k)
+                QPainterPath band({10.0, y - 2.0 + i * w});
+                for (int k = 1; k <= 3; ++k)
                     band.quadTo(
-                        QPointF(9.0 - k * 2.2 + 1.1, y - 2.0 + i * w + rig.wave(k * 0.25) * 0.9),
-                        QPointF(9.0 - k * 2.2, y - 2.0 + i * w));
+                        QPointF(10.0 - k * 2.2 + 1.1, y - 2.0 + i * w + rig.wave(k * 0.25) * 0.9),
+                        QPointF(10.0 - k * 2.2, y - 2.0 + i * w));
                 rig.line(band, w, rainbow[i]);
             }
         });
@@ -111,7 +112,7 @@ private:
     Anchors figure(Rig& rig, const Pose& pose) const {
         const Palette& c = rig.colors();
         const qreal bodyY = pose.bodyY + pose.bounce + (rig.tired() ? 0.6 : 0);
-        const qreal left = 8.2, length = 12.2 * pose.stretch;
+        const qreal left = 9.2, length = 12.2 * pose.stretch;
         const qreal front = left + length - 2.0, rear = left + 2.4;
         const qreal hipY = bodyY + 2.0, legLength = 9.2 - pose.bounce * 0.2;
         const qreal w = rig.pick(2.2, 1.9);
@@ -130,8 +131,10 @@ private:
         rig.shape(body, c.body);
         // The neck rises from the withers; a galloping unicorn stretches it forward.
         const QPointF withers(front - 0.8, bodyY - 1.6);
+        // The head rides the bounce only half way: a galloping horse keeps its head level.
         const QPointF poll =
-            withers + QPointF(3.0 + pose.neck * 2.0, -6.0 + pose.neck * 2.2 + pose.headDrop);
+            withers + QPointF(3.0 + pose.neck * 2.0,
+                              -5.2 + pose.neck * 2.2 + pose.headDrop - pose.bounce * 0.5);
         // The mane goes first so the neck covers its root and it streams out behind.
         mane(rig, withers, poll, pose.flow);
         QPainterPath neck(withers);
@@ -155,28 +158,32 @@ private:
 
     void tail(Rig& rig, QPointF base, qreal flow) const {
         QPainterPath t(base);
-        t.cubicTo(base + QPointF(-2.6, -0.6), base + QPointF(-4.0 - flow, 2.6 - flow),
-                  base + QPointF(-5.6 - flow * 1.2, 7.2 - flow * 2.2));
-        rig.limb(t, rig.pick(3.2, 3.0), rig.colors().accent);
+        t.cubicTo(base + QPointF(-2.2, -0.6), base + QPointF(-3.2 - flow * 0.6, 2.6 - flow),
+                  base + QPointF(-4.0 - flow * 0.7, 7.2 - flow * 2.2));
+        rig.limb(t, rig.pick(2.7, 3.0), rig.colors().accent);
         rig.line(t, rig.pick(1.1, 0.9), rainbow[0]);
         if (rig.detailed()) {
             QPainterPath inner(base + QPointF(-0.5, 0.7));
-            inner.cubicTo(base + QPointF(-2.6, 0.5), base + QPointF(-3.4 - flow, 3.2 - flow),
-                          base + QPointF(-4.6 - flow * 1.2, 7.0 - flow * 2.2));
+            inner.cubicTo(base + QPointF(-2.4, 0.5), base + QPointF(-3.0 - flow * 0.8, 3.2 - flow),
+                          base + QPointF(-3.8 - flow * 0.9, 7.0 - flow * 2.2));
             rig.line(inner, 0.7, rainbow[3]);
         }
     }
 
     // A rainbow mane along the back of the neck, streaming back with speed.
     void mane(Rig& rig, QPointF withers, QPointF poll, qreal flow) const {
-        QPainterPath m(poll + QPointF(-0.4, -1.0));
-        const QPointF mid = (withers + poll) / 2 + QPointF(-2.4 - flow * 0.6, -0.6);
-        m.quadTo(mid, withers + QPointF(-2.2 - flow * 0.4, 0.0));
+        // Behind the neck's crest, far enough out that a band of it shows past the neck, with
+        // pink and gold streaks along its outer edge.
+        QPainterPath m(poll + QPointF(-0.8, -1.6));
+        const QPointF mid = (withers + poll) / 2 + QPointF(-3.2 - flow * 0.6, -0.8);
+        m.quadTo(mid, withers + QPointF(-3.0 - flow * 0.4, 0.2));
         rig.limb(m, rig.pick(2.8, 2.6), rig.colors().accent);
-        rig.line(m, rig.pick(1.0, 0.8), rainbow[0]);
+        QPainterPath streak(poll + QPointF(-1.4, -1.8));
+        streak.quadTo(mid + QPointF(-0.7, 0), withers + QPointF(-3.6 - flow * 0.4, 0.4));
+        rig.line(streak, rig.pick(1.0, 0.8), rainbow[0]);
         if (rig.detailed()) {
-            QPainterPath inner(poll + QPointF(-0.6, -0.2));
-            inner.quadTo(mid + QPointF(0.8, 0.4), withers + QPointF(-0.6, 0.4));
+            QPainterPath inner(poll + QPointF(-0.6, -1.0));
+            inner.quadTo(mid + QPointF(0.5, 0.1), withers + QPointF(-2.4, 0.0));
             rig.line(inner, 0.7, rainbow[1]);
         }
     }
@@ -222,21 +229,21 @@ private:
         const Palette& c = rig.colors();
         const qreal breath = rig.wave() * (asleep ? 0.3 : 0.15);
         // Folded legs tucked in front and behind.
-        QPainterPath fold({18.6, 25.0});
-        fold.lineTo(22.0, 26.4);
-        fold.lineTo(19.8, 27.4);
-        fold.moveTo(10.6, 25.0);
-        fold.lineTo(14.0, 27.2);
+        QPainterPath fold({19.6, 25.0});
+        fold.lineTo(23.0, 26.4);
+        fold.lineTo(20.8, 27.4);
+        fold.moveTo(11.6, 25.0);
+        fold.lineTo(15.0, 27.2);
         rig.limb(fold, rig.pick(2.2, 1.9), c.body);
-        rig.line(QPointF(19.8, 27.4), QPointF(20.9, 26.9), rig.pick(2.2, 1.9), c.accent);
-        tail(rig, {7.8, 22.6}, 2.2);
+        rig.line(QPointF(20.8, 27.4), QPointF(21.9, 26.9), rig.pick(2.2, 1.9), c.accent);
+        tail(rig, {8.8, 22.6}, 1.2);
         QPainterPath body;
-        body.addRoundedRect(QRectF(7.4, 20.4 - breath, 14.0, 7.2 + breath), 3.6, 3.6);
+        body.addRoundedRect(QRectF(8.4, 20.4 - breath, 13.4, 7.2 + breath), 3.6, 3.6);
         rig.shape(body, c.body);
         Anchors a;
-        a.back = QPointF(13.0, 20.4 - breath);
-        const QPointF withers(18.6, 21.4);
-        QPointF poll = asleep ? QPointF(23.2, 21.2) : QPointF(22.0, 14.6 + rig.wave(0.2) * 0.3);
+        a.back = QPointF(14.0, 20.4 - breath);
+        const QPointF withers(19.4, 21.4);
+        QPointF poll = asleep ? QPointF(21.6, 21.8) : QPointF(22.4, 14.6 + rig.wave(0.2) * 0.3);
         mane(rig, withers, poll, asleep ? 1.2 : 0.4);
         QPainterPath neck(withers);
         neck.lineTo(poll);
