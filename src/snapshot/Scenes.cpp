@@ -1,5 +1,6 @@
 #include "snapshot/Scenes.h"
 
+#include <QGuiApplication>
 #include <QPainter>
 #include <QWidget>
 
@@ -8,6 +9,7 @@
 #include "layout/OverviewCardRegistry.h"
 #include "mascot/MascotCharacter.h"
 #include "mascot/MascotMood.h"
+#include "mascot/qt/MascotContactSheet.h"
 #include "mascot/qt/MascotRenderer.h"
 #include "metrics/MetricsFixture.h"
 #include "settings/RawEnum.h"
@@ -241,6 +243,18 @@ std::vector<Scene> buildScenes() {
                  return std::make_unique<PaintedStage>(
                      [id](panel::ColorScheme scheme) { return paintMenuBarStrip(id, scheme); });
              }});
+    }
+    // Each mascot's contact sheet: every loop and mood, the accessories, both sizes.
+    for (const auto& character : mascot::allCharacters()) {
+        const std::string id = character.id;
+        scenes.push_back({"mascot-" + id, [id] {
+                              return std::make_unique<PaintedStage>(
+                                  [id](panel::ColorScheme scheme) {
+                                      return mascot::renderMascotContactSheet(
+                                          id, scheme == panel::ColorScheme::dark,
+                                          qGuiApp ? qGuiApp->devicePixelRatio() : 2);
+                                  });
+                          }});
     }
     scenes.push_back({"hero", [] { return std::make_unique<HeroStage>(); }});
     return scenes;

@@ -4,13 +4,10 @@
 #include <vector>
 
 #include <QFont>
-#include <QFontMetricsF>
 #include <QPainter>
 
-#include "mascot/Gait.h"
 #include "mascot/MascotCharacter.h"
 #include "mascot/qt/MascotRenderer.h"
-#include "menubar/qt/TickerFont.h"
 #include "shop/Catalog.h"
 
 namespace trotlet::mascot {
@@ -192,62 +189,6 @@ QImage renderMascotContactSheet(const std::string& mascotId, bool dark, qreal sc
     }
     p.end();
     return sheet;
-}
-
-QImage renderMenuBarStrip(const std::string& mascotId, bool dark, qreal scale,
-                          const QString& tickerText) {
-    const MascotCharacter& c = characterFor(mascotId);
-    const Backdrop b = backdrop(dark);
-    struct Bar {
-        QString label;
-        MascotMood mood;
-        int band;
-    };
-    std::vector<Bar> bars;
-    for (int band = 0; band <= static_cast<int>(c.loadBands.size()); ++band)
-        bars.push_back({QStringLiteral("run %1").arg(band), MascotMood::running, band});
-    bars.push_back({QStringLiteral("sit"), MascotMood::sitting, 0});
-    bars.push_back({QStringLiteral("sleep"), MascotMood::sleeping, 0});
-
-    constexpr int barHeight = 28, mascotSize = 22, spacing = 4, itemGap = 14, gutter = 58;
-    const QFont font = menubar::tickerFont();
-    const qreal textWidth = QFontMetricsF(font).horizontalAdvance(tickerText);
-    const int itemWidth = mascotSize + (tickerText.isEmpty() ? 0 : spacing + qCeil(textWidth));
-    int frames = 1;
-    for (const Bar& bar : bars) frames = std::max(frames, c.frameCount(bar.mood));
-    const int width = gutter + frames * (itemWidth + itemGap) + itemGap;
-    const int height = static_cast<int>(bars.size()) * (barHeight + 4) + 4;
-
-    QImage strip(qRound(width * scale), qRound(height * scale),
-                 QImage::Format_ARGB32_Premultiplied);
-    strip.setDevicePixelRatio(scale);
-    strip.fill(dark ? QColor(0x1C, 0x1C, 0x1E) : QColor(0xFF, 0xFF, 0xFF));
-    QPainter p(&strip);
-    p.setRenderHint(QPainter::Antialiasing);
-    p.setRenderHint(QPainter::TextAntialiasing);
-    int y = 4;
-    for (const Bar& bar : bars) {
-        p.setPen(b.faint);
-        p.setFont(labelFont(10));
-        p.drawText(QRectF(4, y, gutter - 8, barHeight), Qt::AlignVCenter | Qt::AlignLeft,
-                   bar.label);
-        p.fillRect(QRectF(gutter, y, width - gutter, barHeight), b.fill);
-        const int n = c.frameCount(bar.mood);
-        int x = gutter + itemGap / 2;
-        for (int i = 0; i < n; ++i, x += itemWidth + itemGap) {
-            const qreal top = y + (barHeight - mascotSize) / 2.0;
-            p.drawImage(QPointF(x, top), frameOf(c, bar.mood, bar.band, i, 0, mascotSize, scale));
-            if (!tickerText.isEmpty()) {
-                p.setPen(b.text);
-                p.setFont(font);
-                p.drawText(QRectF(x + mascotSize + spacing, y, textWidth + 2, barHeight),
-                           Qt::AlignVCenter | Qt::AlignLeft, tickerText);
-            }
-        }
-        y += barHeight + 4;
-    }
-    p.end();
-    return strip;
 }
 
 }  // namespace trotlet::mascot

@@ -63,9 +63,9 @@ TEST(MascotRenderer, GrowthPerBandAndBlinkStaysUnder100KBForEveryMascot) {
     }
 }
 
-// With TROTLET_MASCOT_PREVIEW=<dir>, writes every mascot's contact sheet and menu-bar strip on
-// a light and a dark backdrop, for judging the art by eye. TROTLET_MASCOT_PREVIEW_ONLY=<id>
-// limits it to one mascot.
+// With TROTLET_MASCOT_PREVIEW=<dir>, writes every mascot's contact sheet on a light and a dark
+// backdrop, magnified frames and a line-up of all thirteen, for judging the art by eye.
+// TROTLET_MASCOT_PREVIEW_ONLY=<id> limits it to one mascot.
 TEST(MascotRenderer, PreviewSheets) {
     const char* dir = std::getenv("TROTLET_MASCOT_PREVIEW");
     if (!dir) GTEST_SKIP() << "set TROTLET_MASCOT_PREVIEW to a folder to write preview sheets";
@@ -103,8 +103,6 @@ TEST(MascotRenderer, PreviewSheets) {
                                 .save(QString("%1/mascot-%2-%3@%4x.png")
                                           .arg(dir, id, theme)
                                           .arg(int(scale))));
-            EXPECT_TRUE(renderMenuBarStrip(c.id, dark, 2, "42%")
-                            .save(QString("%1/menubar-%2-%3@2x.png").arg(dir, id, theme)));
         }
         // The menu-bar size at 1x, magnified without smoothing: what each pixel really is.
         std::vector<std::pair<MascotMood, int>> loops;

@@ -103,8 +103,9 @@ TEST(SnapshotHarness, ListsScenesAndRefusesWhatItCannotDo) {
     const Outcome all = trotlet({QStringLiteral("--list-scenes")});
     ASSERT_EQ(all.status, 0);
     const QJsonArray names = QJsonDocument::fromJson(all.out).array();
-    // Nine fixtures, every size, three notices, eight moods, thirteen mascots and the hero.
-    EXPECT_EQ(names.size(), 9 + 1 + 3 + 8 + 13 + 1);
+    // Nine fixtures, every size, three notices, eight moods, thirteen menu-bar strips,
+    // thirteen mascot contact sheets and the hero.
+    EXPECT_EQ(names.size(), 9 + 1 + 3 + 8 + 13 + 13 + 1);
     const Outcome some = trotlet({QStringLiteral("--list-scenes"), QStringLiteral("--only"),
                                   QStringLiteral("hero,panel-header-")});
     EXPECT_EQ(QJsonDocument::fromJson(some.out).array().size(), 9);
