@@ -10,16 +10,16 @@ namespace trotlet::mascot {
 QImage drawMascotFrame(const MascotCharacter& character, MascotMood mood, int band, int frame,
                        MascotAccessories accessories, int pixelSize, qreal devicePixelRatio,
                        bool blink) {
-    art::FrameSpec spec;
-    spec.mood = mood;
-    spec.band = isRunMood(mood) ? band : 0;
-    spec.frame = frame;
-    spec.frames = character.frameCount(mood);
-    spec.accessories = accessories;
-    spec.blink = blink;
-    spec.pixelSize = pixelSize;
-    spec.devicePixelRatio = devicePixelRatio;
-    return art::drawMascotArt(art::mascotArt(character.id), spec);
+    art::FrameRequest request;
+    request.mood = mood;
+    request.band = isRunMood(mood) ? band : 0;
+    request.frame = frame;
+    request.frames = character.frameCount(mood);
+    request.accessories = accessories;
+    request.blink = blink;
+    request.pixelSize = pixelSize;
+    request.devicePixelRatio = devicePixelRatio;
+    return art::drawMascotArt(art::mascotArt(character.id), request);
 }
 
 const std::vector<QImage>& MascotRenderer::loop(const MascotCharacter& character, MascotMood mood,

@@ -7,9 +7,9 @@
 
 namespace trotlet::mascot::art {
 
-QImage drawMascotArt(const MascotArt& art, const FrameSpec& spec) {
-    const qreal dpr = spec.devicePixelRatio > 0 ? spec.devicePixelRatio : 1;
-    const int side = qMax(1, qRound(spec.pixelSize * dpr));
+QImage drawMascotArt(const MascotArt& art, const FrameRequest& request) {
+    const qreal dpr = request.devicePixelRatio > 0 ? request.devicePixelRatio : 1;
+    const int side = qMax(1, qRound(request.pixelSize * dpr));
     QImage image(side, side, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     image.setDevicePixelRatio(dpr);
@@ -21,9 +21,9 @@ QImage drawMascotArt(const MascotArt& art, const FrameSpec& spec) {
     const qreal inner = qMax(1, side - 2);
     p.translate(1 / dpr, 1 / dpr);
     p.scale(inner / dpr / gridSize, inner / dpr / gridSize);
-    Rig rig(p, spec, art.palette());
+    Rig rig(p, request, art.palette());
     Anchors anchors;
-    switch (spec.mood) {
+    switch (request.mood) {
         case MascotMood::sitting:
             anchors = art.sit(rig);
             break;

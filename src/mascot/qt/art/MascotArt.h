@@ -28,7 +28,7 @@ public:
 };
 
 // Draws one frame: the pose for the mood, the finish, the mood's effects, the accessories.
-QImage drawMascotArt(const MascotArt& art, const FrameSpec& spec);
+QImage drawMascotArt(const MascotArt& art, const FrameRequest& request);
 
 // The drawing for a mascot id, or null for an id without one.
 const MascotArt* findMascotArt(std::string_view id);

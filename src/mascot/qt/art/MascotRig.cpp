@@ -14,15 +14,15 @@ QColor mixColors(const QColor& a, const QColor& b, qreal t) {
                             a.blueF() + (b.blueF() - a.blueF()) * t, a.alphaF());
 }
 
-Rig::Rig(QPainter& painter, const FrameSpec& spec, const Palette& palette)
-    : p_(painter), spec_(spec), palette_(palette) {
+Rig::Rig(QPainter& painter, const FrameRequest& request, const Palette& palette)
+    : p_(painter), request_(request), palette_(palette) {
     // Loops of 6, 10, 14 ... frames sample a sine at points mirrored about its peak on two
     // neighbouring frames (60 and 120 degrees), which would draw the same pose twice in a row;
     // half a frame's offset moves the samples off that symmetry. Loops of 4, 8, 12 ... frames
     // don't have it at 0 and would get it from the offset.
-    if (spec.frames > 0) {
-        const int i = ((spec.frame % spec.frames) + spec.frames) % spec.frames;
-        phase_ = (i + (spec.frames % 4 == 2 ? 0.5 : 0.0)) / spec.frames;
+    if (request.frames > 0) {
+        const int i = ((request.frame % request.frames) + request.frames) % request.frames;
+        phase_ = (i + (request.frames % 4 == 2 ? 0.5 : 0.0)) / request.frames;
     }
     // Overheated mascots flush red all over, so the mood reads even without the heat waves.
     if (hot()) {
@@ -31,7 +31,7 @@ Rig::Rig(QPainter& painter, const FrameSpec& spec, const Palette& palette)
         palette_.shade = mixColors(palette_.shade, red, 0.3);
         palette_.light = mixColors(palette_.light, red, 0.2);
     }
-    const qreal unit = spec.pixelSize / gridSize;  // logical pixels per grid unit
+    const qreal unit = request.pixelSize / gridSize;  // logical pixels per grid unit
     stroke_ = small() ? std::clamp(1.1 / unit, 1.4, 2.2) : 1.15;
 }
 
@@ -106,11 +106,11 @@ Eyes Rig::eyes() const {
         case MascotMood::sleeping:
             return Eyes::closed;
         case MascotMood::celebrating:
-            return spec_.blink ? Eyes::closed : Eyes::happy;
+            return request_.blink ? Eyes::closed : Eyes::happy;
         default:
             break;
     }
-    if (spec_.blink) return Eyes::closed;
+    if (request_.blink) return Eyes::closed;
     switch (mood()) {
         case MascotMood::panic:
             return Eyes::wide;
@@ -125,7 +125,7 @@ Eyes Rig::eyes() const {
 
 void Rig::eye(QPointF c, qreal size, std::optional<Eyes> style) {
     Eyes e = style.value_or(eyes());
-    if (spec_.blink && (e == Eyes::open || e == Eyes::wide || e == Eyes::sad)) e = Eyes::closed;
+    if (request_.blink && (e == Eyes::open || e == Eyes::wide || e == Eyes::sad)) e = Eyes::closed;
     const QColor ink = palette_.outline;
     const qreal lidWidth = std::max(stroke_ * 0.75, size * 0.7);
     switch (e) {

@@ -22,7 +22,7 @@ inline constexpr qreal groundY = 28;
 inline constexpr int panelDetailMinSize = 32;
 
 // One frame to draw.
-struct FrameSpec {
+struct FrameRequest {
     MascotMood mood = MascotMood::running;
     int band = 0;  // which run loop; every still mood uses 0
     int frame = 0;
@@ -80,19 +80,19 @@ enum class FourBeat { walk, trot, gallop, bound };
 // is a few functions that call these with its own proportions.
 class Rig {
 public:
-    Rig(QPainter& painter, const FrameSpec& spec, const Palette& palette);
+    Rig(QPainter& painter, const FrameRequest& request, const Palette& palette);
 
     // --- The frame ---
-    MascotMood mood() const { return spec_.mood; }
-    int band() const { return spec_.band; }
-    const MascotAccessories& accessories() const { return spec_.accessories; }
+    MascotMood mood() const { return request_.mood; }
+    int band() const { return request_.band; }
+    const MascotAccessories& accessories() const { return request_.accessories; }
     // Position in the loop, 0...1; the loop is periodic so frame n equals frame 0.
     qreal phase() const { return phase_; }
     // sin(2π (cycles · phase + offset)): the building block of every loop.
     qreal wave(qreal offset = 0, qreal cycles = 1) const;
     // 0 at the loop's start, 1 at its middle, 0 at its end: a hop's height.
     qreal arc(qreal offset = 0) const;
-    bool small() const { return spec_.pixelSize < panelDetailMinSize; }
+    bool small() const { return request_.pixelSize < panelDetailMinSize; }
     bool detailed() const { return !small(); }
     template <typename T>
     T pick(T menuBar, T panel) const {
@@ -173,7 +173,7 @@ private:
     void badge(const QColor& colour);
 
     QPainter& p_;
-    FrameSpec spec_;
+    FrameRequest request_;
     Palette palette_;
     qreal phase_ = 0;
     qreal stroke_ = 1.5;

@@ -116,7 +116,7 @@ void Rig::sparkles(const Anchors& a) {
 }
 
 void Rig::accessoriesAt(const Anchors& a) {
-    const auto& acc = spec_.accessories;
+    const auto& acc = request_.accessories;
     if (acc.contains(MascotAccessories::backpack)) backpack(a);
     if (acc.contains(MascotAccessories::nightcap)) {
         nightcap(a);

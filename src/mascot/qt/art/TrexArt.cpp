@@ -48,8 +48,8 @@ public:
         Pose pose;
         pose.seated = true;
         pose.lying = true;
-        pose.lean = 8;
-        pose.bob = 1.4 - rig.wave() * 0.2;
+        pose.lean = 12;
+        pose.bob = 3.6 - rig.wave() * 0.2;
         pose.jaw = 0;
         pose.tail = -1.6;
         return figure(rig, pose);
@@ -79,9 +79,17 @@ private:
         bool lying = false;
     };
 
-    void leg(Rig& rig, QPointF hip, qreal angle, const QColor& fill, bool seated,
+    void leg(Rig& rig, QPointF hip, qreal angle, const QColor& fill, bool seated, bool lying,
              qreal ground) const {
         const qreal w = rig.pick(3.2, 2.9);
+        if (lying) {
+            // Tucked flat under the belly.
+            QPainterPath folded(hip);
+            folded.lineTo(hip + QPointF(2.8, 2.0));
+            folded.lineTo(hip + QPointF(5.6, 2.2));
+            rig.limb(folded, w, fill);
+            return;
+        }
         if (seated) {
             QPainterPath folded(hip);
             folded.lineTo(hip + QPointF(2.6, 3.8));
@@ -110,7 +118,8 @@ private:
 
         // The body drops on a footfall but the feet stay planted on the real ground.
         const qreal ground = groundY - 0.6 - pose.bob;
-        leg(rig, hips + QPointF(2.0, 0), pose.legs[1] + counter, c.shade, pose.seated, ground);
+        leg(rig, hips + QPointF(2.0, 0), pose.legs[1] + counter, c.shade, pose.seated, pose.lying,
+            ground);
         // The tail: thick at the hips, tapering to a point behind.
         const qreal lift = pose.tail;
         QPainterPath tail({12.0, 12.8});
@@ -137,7 +146,8 @@ private:
         }
         // The near thigh, a big drumstick, then its leg.
         rig.ellipse(hips + QPointF(0.4, 0.4), 3.4, 4.0, c.body);
-        leg(rig, hips + QPointF(0.4, 1.4), pose.legs[0] + counter, c.body, pose.seated, ground);
+        leg(rig, hips + QPointF(0.4, 1.4), pose.legs[0] + counter, c.body, pose.seated, pose.lying,
+            ground);
 
         // Tiny arms at the chest.
         const QPointF shoulder(19.8, 17.0);
