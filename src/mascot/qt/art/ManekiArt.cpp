@@ -165,11 +165,11 @@ private:
         rig.shape(skull, c.body);
         QPainterPath patch;
         patch.addEllipse(QPointF(11.4, 7.8), 3.0, 2.2);
-        rig.patch(patch.intersected(skull), calico);
+        rig.patchWithin(skull, patch, calico);
         if (rig.detailed()) {
             QPainterPath dark;
             dark.addEllipse(QPointF(20.2, 8.0), 2.0, 1.6);
-            rig.patch(dark.intersected(skull), QColor(0x3A, 0x2E, 0x28));
+            rig.patchWithin(skull, dark, QColor(0x3A, 0x2E, 0x28));
         }
         rig.eye(head + QPointF(-2.4, 0.6), rig.pick(1.05, 0.9));
         rig.eye(head + QPointF(2.4, 0.6), rig.pick(1.05, 0.9));

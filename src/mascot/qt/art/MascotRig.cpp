@@ -57,6 +57,22 @@ void Rig::ellipse(QPointF centre, qreal rx, qreal ry, const QColor& fill, qreal 
     shape(path, fill, edge);
 }
 
+void Rig::merged(const QPainterPath& shapes, const QColor& fill) {
+    p_.setPen(outlinePen(stroke_));
+    p_.setBrush(Qt::NoBrush);
+    p_.drawPath(shapes);
+    p_.setPen(Qt::NoPen);
+    p_.setBrush(fill);
+    p_.drawPath(shapes);
+}
+
+void Rig::patchWithin(const QPainterPath& shape, const QPainterPath& path, const QColor& fill) {
+    p_.save();
+    p_.setClipPath(shape, Qt::IntersectClip);
+    patch(path, fill);
+    p_.restore();
+}
+
 void Rig::limb(const QPainterPath& path, qreal width, const QColor& fill, qreal edge) {
     p_.setBrush(Qt::NoBrush);
     p_.setPen(outlinePen(width + 2 * stroke_ * edge));

@@ -116,6 +116,11 @@ public:
     // bell) that a full-width edge would swallow.
     void shape(const QPainterPath& path, const QColor& fill, qreal edge = 1);
     void ellipse(QPointF centre, qreal rx, qreal ry, const QColor& fill, qreal edge = 1);
+    // Overlapping shapes filled as one, outlined only round the outside: every outline first,
+    // then every fill over the inner outlines. Much cheaper than a path union.
+    void merged(const QPainterPath& shapes, const QColor& fill);
+    // Flat colour inside `shape` only (a patch of markings that must not spill over its edge).
+    void patchWithin(const QPainterPath& shape, const QPainterPath& path, const QColor& fill);
     // A limb, tail or neck: a thick outlined stroke along a path.
     void limb(const QPainterPath& path, qreal width, const QColor& fill, qreal edge = 1);
     // A two-part leg from a hip: `angle` swings it, `bend` folds the lower part (positive bends

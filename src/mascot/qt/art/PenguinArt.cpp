@@ -114,7 +114,8 @@ private:
         QPainterPath front;
         front.addEllipse(QPointF(18.4, 21.0), 4.3, 6.6);
         front.addEllipse(QPointF(18.8, 14.0), 3.2, 2.8);
-        rig.patch(front.simplified().intersected(egg), c.light);
+        front.setFillRule(Qt::WindingFill);
+        rig.patchWithin(egg, front, c.light);
         if (!pose.slide) foot(14.0, pose.feet[0]);
 
         // The beak, tipped by the pose.

@@ -130,9 +130,11 @@ private:
         tail.closeSubpath();
         QPainterPath body;
         body.addEllipse(QPointF(15.4, 16.6), 6.6, 5.0);
-        const QPainterPath torso = tail.united(body);
+        QPainterPath torso = tail;
+        torso.addPath(body);
+        torso.setFillRule(Qt::WindingFill);
         spikes(rig, lift);
-        rig.shape(torso, c.body);
+        rig.merged(torso, c.body);
         rig.patch(
             [&] {
                 QPainterPath belly;

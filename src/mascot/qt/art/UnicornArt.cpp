@@ -216,7 +216,9 @@ private:
         skull.addEllipse(QPointF(0, 0), 2.7, 2.4);
         QPainterPath muzzle;
         muzzle.addRoundedRect(QRectF(0.2, -0.2, 4.6, 3.2), 1.6, 1.6);
-        rig.shape(skull.united(muzzle), c.body);
+        skull.addPath(muzzle);
+        skull.setFillRule(Qt::WindingFill);
+        rig.merged(skull, c.body);
         if (rig.detailed()) {
             rig.patchEllipse(QPointF(3.9, 1.6), 0.45, 0.35, c.outline);
             rig.blush(QPointF(1.6, 1.6), 1.0);
