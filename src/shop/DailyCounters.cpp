@@ -1,5 +1,7 @@
 #include "shop/DailyCounters.h"
 
+#include <algorithm>
+
 #include "shop/Calendar.h"
 #include "shop/JsonFields.h"
 
@@ -22,6 +24,8 @@ nlohmann::ordered_json DailyCounters::toJson() const {
     out["peakCPUProcess"] = peakCPUProcess;
     out["hottestCPU"] = hottestCPU ? nlohmann::ordered_json(*hottestCPU) : nlohmann::ordered_json(nullptr);
     out["hottestAt"] = json::timeOrNull(hottestAt);
+    out["panelOpens"] = panelOpens;
+    out["fishEarned"] = fishEarned;
     return out;
 }
 
@@ -46,7 +50,25 @@ DailyCounters DailyCounters::fromJson(const nlohmann::json& object, bool* hadPas
     if (const auto* hottest = json::field(object, "hottestCPU"); hottest && hottest->is_number())
         c.hottestCPU = hottest->get<double>();
     json::readTime(object, "hottestAt", c.hottestAt);
+    json::read(object, "panelOpens", c.panelOpens);
+    json::read(object, "fishEarned", c.fishEarned);
     return c;
+}
+
+std::vector<DailyCounters> tidyPastDays(std::vector<DailyCounters> days, std::string_view today) {
+    std::erase_if(days, [&](const DailyCounters& d) {
+        return !DayKey::isValid(d.day) || (!today.empty() && d.day >= today);
+    });
+    // Day keys sort as text; a stable sort keeps the later of two entries for a day last.
+    std::stable_sort(days.begin(), days.end(),
+                     [](const DailyCounters& a, const DailyCounters& b) { return a.day < b.day; });
+    std::vector<DailyCounters> out;
+    for (auto& d : days) {
+        if (!out.empty() && out.back().day == d.day) out.back() = std::move(d);
+        else out.push_back(std::move(d));
+    }
+    if (out.size() > pastDaysKept) out.erase(out.begin(), out.end() - std::ptrdiff_t(pastDaysKept));
+    return out;
 }
 
 nlohmann::ordered_json LifetimeStats::toJson() const {

@@ -4,6 +4,8 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include <nlohmann/json.hpp>
 
@@ -28,6 +30,10 @@ struct DailyCounters {
     std::string peakCPUProcess;
     std::optional<double> hottestCPU;  // absent until a temperature was read
     std::optional<Timestamp> hottestAt;
+    // Extras for the Paw Report: panel opens today, and the Fish the day earned, filled in
+    // when the day is archived (today's earnings are the wallet's to tell).
+    int64_t panelOpens = 0;
+    int64_t fishEarned = 0;
 
     nlohmann::ordered_json toJson() const;
     // Lenient; `hadPassiveProgress` tells the version-1 migration whether the key existed.
@@ -35,6 +41,13 @@ struct DailyCounters {
 
     friend bool operator==(const DailyCounters&, const DailyCounters&) = default;
 };
+
+// How many past days the shop keeps for the Paw Report's week and beyond.
+inline constexpr std::size_t pastDaysKept = 35;
+
+// The past days in order: sorted by day, one entry a day (the later one wins), none without a
+// valid day or on or after `today` (when not empty), at most the newest `pastDaysKept`.
+std::vector<DailyCounters> tidyPastDays(std::vector<DailyCounters> days, std::string_view today);
 
 // Never reset. The first eleven keys are the panel's statistics; the rest feed achievements.
 struct LifetimeStats {

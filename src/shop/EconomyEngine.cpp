@@ -47,6 +47,7 @@ EconomyEngine::EconomyEngine(ShopState state, const EconomyClock& clock, const C
       achievements_(std::move(state.achievementProgress), std::move(state.unlockedAchievements)),
       streak_(std::move(state.streak)),
       today_(std::move(state.today)),
+      pastDays_(std::move(state.pastDays)),
       lifetime_(std::move(state.lifetime)),
       goldenFishState_(state.goldenFish),
       createdAt_(state.createdAt),
@@ -66,6 +67,7 @@ ShopState EconomyEngine::state() const {
     s.unlockedAchievements = achievements_.unlocked();
     s.streak = streak_;
     s.today = today_;
+    s.pastDays = pastDays_;
     s.lifetime = lifetime_;
     s.welcomeGiftGranted = welcomeGiftGranted_;
     s.lastSeen = clock_.lastSeen;
@@ -110,6 +112,14 @@ Timestamp EconomyEngine::counterNow() {
 void EconomyEngine::rollDayIfNeeded(Timestamp trusted) {
     const std::string day = dayKey(trusted);
     if (today_.day == day) return;
+    // The day that ends goes to the archive with what it earned; a day key that went
+    // backwards (a trusted clock never does) is dropped rather than archived out of order.
+    if (!today_.day.empty() && today_.day < day) {
+        if (const auto start = DayKey::startOf(today_.day, calendar_))
+            today_.fishEarned = wallet_.earned(*start);
+        pastDays_.push_back(std::move(today_));
+        pastDays_ = tidyPastDays(std::move(pastDays_), day);
+    }
     today_ = DailyCounters{};
     today_.day = day;
 }
@@ -269,6 +279,7 @@ void EconomyEngine::handle(EconomyEvent event) {
         openPeriodStart_ = now;
         panelOpenTime_ = userActive_ ? std::optional<Timestamp>(now) : std::nullopt;
         ++lifetime_.panelOpens;
+        ++today_.panelOpens;
         setAchievementProgress(AchievementID::curiousPaws, static_cast<double>(lifetime_.panelOpens));
         break;
     case EconomyEvent::panelClosed:

@@ -144,6 +144,8 @@ public:
     const AchievementTracker& achievements() const { return achievements_; }
     const StreakState& streak() const { return streak_; }
     const DailyCounters& today() const { return today_; }
+    // The archived days before today, oldest first.
+    const std::vector<DailyCounters>& pastDays() const { return pastDays_; }
     const LifetimeStats& lifetime() const { return lifetime_; }
     const ClockStatus& clockStatus() const { return clock_.status; }
     std::optional<Timestamp> lastSeen() const { return clock_.lastSeen; }
@@ -214,6 +216,7 @@ private:
     AchievementTracker achievements_;
     StreakState streak_;
     DailyCounters today_;
+    std::vector<DailyCounters> pastDays_;
     LifetimeStats lifetime_;
     ClockGuard clock_;
     GoldenFishState goldenFishState_;

@@ -27,6 +27,9 @@ struct ShopState {
     std::vector<AchievementID> unlockedAchievements;
     StreakState streak;
     DailyCounters today;
+    // The days before today, oldest first, for the Paw Report's week: at most
+    // `pastDaysKept`, one per day key.
+    std::vector<DailyCounters> pastDays;
     LifetimeStats lifetime;
     bool welcomeGiftGranted = false;
     std::optional<Timestamp> lastSeen;

@@ -29,6 +29,9 @@ nlohmann::ordered_json ShopStateCodec::toJson(const ShopState& s) {
     out["streak"] = s.streak.toJson();
     out["today"] = s.today.toJson();
     out["lifetime"] = s.lifetime.toJson();
+    nlohmann::ordered_json pastDays = nlohmann::ordered_json::array();
+    for (const auto& day : s.pastDays) pastDays.push_back(day.toJson());
+    out["pastDays"] = std::move(pastDays);
     out["welcomeGiftGranted"] = s.welcomeGiftGranted;
     out["lastSeen"] = json::timeOrNull(s.lastSeen);
     out["clockAnchor"] = s.clockAnchor ? s.clockAnchor->toJson() : nlohmann::ordered_json(nullptr);
@@ -120,6 +123,9 @@ std::variant<DecodedState, DecodeError> ShopStateCodec::decode(std::string_view 
     s.today = DailyCounters::fromJson(json::field(root, "today") ? *json::field(root, "today") : nlohmann::json(),
                                       &hadPassiveProgress);
     s.lifetime = LifetimeStats::fromJson(json::field(root, "lifetime") ? *json::field(root, "lifetime") : nlohmann::json());
+    if (const auto* pastDays = json::field(root, "pastDays"); pastDays && pastDays->is_array())
+        for (const auto& entry : *pastDays) s.pastDays.push_back(DailyCounters::fromJson(entry));
+    s.pastDays = tidyPastDays(std::move(s.pastDays), s.today.day);
     json::read(root, "welcomeGiftGranted", s.welcomeGiftGranted);
     json::readTime(root, "lastSeen", s.lastSeen);
     if (const auto* anchor = json::field(root, "clockAnchor")) s.clockAnchor = ClockAnchor::fromJson(*anchor);

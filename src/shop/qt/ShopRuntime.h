@@ -100,6 +100,7 @@ public:
     EconomyEngine& engine() { return *engine_; }
     const EconomyEngine& engine() const { return *engine_; }
     const EconomyClock& clock() const { return *parts_.clock; }
+    const Calendar& calendar() const { return *parts_.calendar; }
     ShopPersistence& persistence() { return *parts_.persistence; }
 
     bool hasUnsavedChanges() const { return dirty_; }
