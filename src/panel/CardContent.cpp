@@ -207,26 +207,29 @@ void diskCard(CardContent& c, const CardInputs& in, const SizeRules& rules) {
         }
 }
 
-std::string distanceText(double meters) {
-    if (meters < 1000) return Format::fixed(0, meters) + " m";
-    return Format::fixed(meters < 10000 ? 2 : 1, meters / 1000) + " km";
-}
-
 void pawCard(CardContent& c, const CardInputs& in) {
-    if (!in.paw || !in.paw->distanceMeters) {
+    if (!in.paw) {
         c.standIn = "Nothing to report yet";
         return;
     }
-    const auto parts = distanceText(*in.paw->distanceMeters);
-    const auto space = parts.rfind(' ');
-    c.value = parts.substr(0, space);
-    c.unit = parts.substr(space + 1);
-    c.caption = "run today";
-    if (in.paw->fishEarnedToday)
-        c.facts.push_back({"Fish today", groupedNumber(*in.paw->fishEarnedToday)});
-    if (in.paw->fishBalance) c.facts.push_back({"Fish", groupedNumber(*in.paw->fishBalance)});
-    if (in.sample && in.sample->system.uptimeSec > 0)
-        c.facts.push_back({"Uptime", Format::duration(in.sample->system.uptimeSec)});
+    const reports::PawReport& r = *in.paw;
+    // "3.42 km": the number as the headline, the unit beside it.
+    const std::string distance = reports::distanceText(r.track.todayMeters);
+    const std::string_view text(distance);
+    const auto space = text.find(' ');
+    c.value = std::string(text.substr(0, space));
+    if (space != std::string_view::npos) c.unit = std::string(text.substr(space + 1));
+    c.caption = r.track.todayMeters >= 1 ? reports::shortComparisonText(r.track.todayMeters)
+                                         : "No run yet today";
+    CardChart week;
+    week.ceiling = 0;
+    const auto& days = r.row(reports::PawMeasure::distance).week;
+    week.columns.assign(days.begin(), days.end());
+    c.chart = week;
+    // Short labels: a card's fact column is narrow.
+    c.facts.push_back({"Active", r.row(reports::PawMeasure::activeTime).value});
+    c.facts.push_back({"Fish today", r.row(reports::PawMeasure::fishEarned).value});
+    c.facts.push_back({"Asleep", r.row(reports::PawMeasure::asleep).value});
 }
 
 void weatherCard(CardContent& c, const CardInputs& in) {

@@ -12,6 +12,7 @@
 #include "metrics/MetricKinds.h"
 #include "metrics/MetricsSnapshot.h"
 #include "panel/Level.h"
+#include "reports/PawReport.h"
 
 namespace trotlet::panel {
 
@@ -37,15 +38,14 @@ struct CardChart {
     metrics::HistorySeries series = metrics::HistorySeries::cpuTotal;
     std::optional<metrics::HistorySeries> second;
     double ceiling = 1;
+    // Fixed values drawn as columns instead of a history (the Paw Report's week), oldest
+    // first; none marks a day without a record, the last column is today.
+    std::vector<std::optional<double>> columns;
     bool operator==(const CardChart&) const = default;
 };
 
-// The few facts of the Paw Report card until its own report lands.
-struct PawSummary {
-    std::optional<double> distanceMeters;  // the mascot's odometer
-    std::optional<std::int64_t> fishEarnedToday;
-    std::optional<std::int64_t> fishBalance;
-};
+// What the Paw Report card and the header's odometer read: today's report with its week.
+using PawSummary = reports::PawReport;
 
 // The weather as the card shows it: none when no place is chosen or nothing was fetched.
 struct WeatherSummary {

@@ -2,6 +2,7 @@
 
 #include "menubar/Format.h"
 #include "weather/WeatherCondition.h"
+#include "weather/WeatherSky.h"
 #include "weather/WeatherText.h"
 
 namespace trotlet::panel {
@@ -31,6 +32,23 @@ std::optional<WeatherSummary> summarizeWeather(const std::optional<weather::Weat
             w.lowC = day.minC;
         }
     return w;
+}
+
+std::string headerGreeting(const weather::WeatherReport* report, weather::UnixTime now,
+                           int localOffsetSeconds, const std::optional<std::string>& firstName,
+                           const std::function<bool(const std::string&)>& fits) {
+    const int hour = weather::localHour(now, localOffsetSeconds);
+    weather::GreetingInput input;
+    input.placeHour = hour;
+    input.sunUp = hour >= 6 && hour < 18;
+    if (report) {
+        const weather::WeatherSkyInput sky = weather::skyInputAt(*report, now);
+        input.condition = sky.condition;
+        input.placeHour = sky.placeHour;
+        input.sunUp = sky.sunUp;
+        input.city = sky.city;
+    }
+    return weather::greetingLine(input, hour, firstName, fits);
 }
 
 HeaderChips headerChips(std::int64_t fish, const std::optional<WeatherSummary>& weather,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -32,6 +33,14 @@ HeaderChips headerChips(std::int64_t fish, const std::optional<WeatherSummary>& 
 // when the report has nothing for `now`.
 std::optional<WeatherSummary> summarizeWeather(const std::optional<weather::WeatherReport>& report,
                                                weather::UnixTime now);
+
+// The greeting at the header's foot: the weather's phrase for the place's part of the day,
+// " in <city>" when the place's part of the day is not the computer's, ", <name>" when the
+// account has a first name, in the longest form that `fits`. Without a forecast the phrase
+// follows the computer's own hour.
+std::string headerGreeting(const weather::WeatherReport* report, weather::UnixTime now,
+                           int localOffsetSeconds, const std::optional<std::string>& firstName,
+                           const std::function<bool(const std::string&)>& fits);
 
 // A whole number with thousands separated by commas: "12,345".
 std::string groupedNumber(std::int64_t n);

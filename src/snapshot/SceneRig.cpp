@@ -10,6 +10,7 @@
 #include "mascot/MascotDumpBlock.h"
 #include "metrics/FixtureProvider.h"
 #include "shop/Catalog.h"
+#include "snapshot/SceneFixtures.h"
 
 namespace trotlet::snapshot {
 namespace {
@@ -56,6 +57,25 @@ void fillSceneHistory(metrics::MetricHistory& history, const metrics::MetricsSna
     }
 }
 
+metrics::MetricsFixture fixtureForMood(mascot::MascotMood mood) {
+    switch (mood) {
+        case mascot::MascotMood::panic:
+            return metrics::MetricsFixture::panic;
+        case mascot::MascotMood::overheated:
+            return metrics::MetricsFixture::hot;
+        case mascot::MascotMood::lowBattery:
+            return metrics::MetricsFixture::lowBattery;
+        case mascot::MascotMood::offline:
+            return metrics::MetricsFixture::offline;
+        case mascot::MascotMood::sleeping:
+            return metrics::MetricsFixture::idle;
+        case mascot::MascotMood::running:
+            return metrics::MetricsFixture::busy;
+        default:
+            return metrics::MetricsFixture::normal;
+    }
+}
+
 SceneRig::SceneRig(metrics::MetricsFixture fixture)
     : settings_(settings::DefaultsStore::ephemeral({"trotlet"}), false),
       layout_(settings_.layout(), settings_.monitoring()),
@@ -72,11 +92,8 @@ SceneRig::SceneRig(metrics::MetricsFixture fixture)
         mascot::settledMascotState(sample_, character, mascot::MascotBehavior{}, calendar);
     model_.setMascot(character.id, state, 12);
     model_.setFishBalance(1250);
-    panel::PawSummary paw;
-    paw.distanceMeters = 3420;
-    paw.fishEarnedToday = 36;
-    paw.fishBalance = 1250;
-    model_.setPaw(paw);
+    model_.setPaw(scenePawReport());
+    model_.setFirstName("Henry");
 }
 
 QImage SceneRig::render(QWidget& widget, panel::ColorScheme scheme) {

@@ -6,6 +6,7 @@
 #include <QImage>
 
 #include "layout/LayoutStore.h"
+#include "mascot/MascotMood.h"
 #include "metrics/MetricHistory.h"
 #include "metrics/MetricsFixture.h"
 #include "panel/Appearance.h"
@@ -46,6 +47,9 @@ private:
     ui::PanelModel model_;
     ui::ThemeStore theme_;
 };
+
+// The fixture whose sample puts the mascot in a mood, for scenes that show moods.
+metrics::MetricsFixture fixtureForMood(mascot::MascotMood mood);
 
 // A deterministic recent past for a fixture: the sample's readings wandering gently around
 // their values, one point every two seconds, ending at the sample.

@@ -13,6 +13,8 @@
 #include "mascot/qt/MascotRenderer.h"
 #include "metrics/MetricsFixture.h"
 #include "settings/RawEnum.h"
+#include "sky/qt/SkyBackdrop.h"
+#include "snapshot/SceneFixtures.h"
 #include "snapshot/ScenePainting.h"
 #include "snapshot/SceneRig.h"
 #include "ui/cards/CardView.h"
@@ -107,9 +109,10 @@ public:
         state.mood = mood;
         rig_.model().setMascot(rig_.model().mascotId(), state, 8);
         rig_.settings().weather().setShowInHeader(true);
-        rig_.model().setWeather(sceneWeather());
+        rig_.model().setWeather(sceneWeather(), sceneForecast(2));
         header_.setFixedWidth(ui::Metrics::panelWidth);
         header_.setAnimating(false);
+        new sky::SkyBackdrop(header_, rig_.model(), rig_.theme());
         stageWidget(header_);
     }
     QImage render(panel::ColorScheme scheme) override { return rig_.render(header_, scheme); }
@@ -178,7 +181,7 @@ class HeroStage : public SceneStage {
 public:
     HeroStage() : rig_(MetricsFixture::normal), window_(rig_.model(), rig_.theme()) {
         rig_.settings().weather().setShowInHeader(true);
-        rig_.model().setWeather(sceneWeather());
+        rig_.model().setWeather(sceneWeather(), sceneForecast(2));
         window_.header().setAnimating(false);
         stageWidget(window_);
     }
@@ -194,25 +197,6 @@ private:
 
 mascot::MascotMood moodNamed(std::string_view name) {
     return *settings::fromRawName<mascot::MascotMood>(name, mascot::MascotMoodNames);
-}
-
-MetricsFixture fixtureForMood(mascot::MascotMood mood) {
-    switch (mood) {
-        case mascot::MascotMood::panic:
-            return MetricsFixture::panic;
-        case mascot::MascotMood::overheated:
-            return MetricsFixture::hot;
-        case mascot::MascotMood::lowBattery:
-            return MetricsFixture::lowBattery;
-        case mascot::MascotMood::offline:
-            return MetricsFixture::offline;
-        case mascot::MascotMood::sleeping:
-            return MetricsFixture::idle;
-        case mascot::MascotMood::running:
-            return MetricsFixture::busy;
-        default:
-            return MetricsFixture::normal;
-    }
 }
 
 std::vector<Scene> buildScenes() {
@@ -257,6 +241,7 @@ std::vector<Scene> buildScenes() {
                           }});
     }
     scenes.push_back({"hero", [] { return std::make_unique<HeroStage>(); }});
+    addSkyScenes(scenes);
     return scenes;
 }
 

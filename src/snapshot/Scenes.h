@@ -23,6 +23,9 @@ struct Scene {
     std::function<std::unique_ptr<SceneStage>()> stage;
 };
 
+// The header sky's scenes and the Paw Report's (SkyScenes.cpp).
+void addSkyScenes(std::vector<Scene>& scenes);
+
 // Every scene the harness knows, in a fixed order.
 const std::vector<Scene>& allScenes();
 

@@ -15,6 +15,8 @@
 #include <malloc.h>
 #endif
 
+#include <unistd.h>
+
 #include "app/qt/AppModel.h"
 #include "app/qt/DebugLog.h"
 #include "layout/LayoutStore.h"
@@ -23,6 +25,9 @@
 #include "panel/HeaderContent.h"
 #include "panel/PanelTabs.h"
 #include "platform/freedesktop/ColorScheme.h"
+#include "platform/linux/AccountName.h"
+#include "reports/PawReport.h"
+#include "reports/qt/PawReportView.h"
 #include "settings/AppSettings.h"
 #include "settings/RawEnum.h"
 #include "shop/Catalog.h"
@@ -87,6 +92,7 @@ bool PanelHost::isOpen() const { return window_ && window_->isVisible(); }
 
 void PanelHost::build() {
     model_ = std::make_unique<ui::PanelModel>(settings_, app_.layout(), app_.store().history());
+    model_->setFirstName(platform::accountFirstName(::getuid()));
     window_ = std::make_unique<ui::PanelWindow>(*model_, *theme_);
     window_->setWindowFlags(Qt::Tool | Qt::FramelessWindowHint);
     window_->installEventFilter(this);
@@ -121,6 +127,8 @@ void PanelHost::build() {
 void PanelHost::feedSample() {
     if (app_.store().hasSnapshot())
         model_->setSample(app_.store().latest(), app_.store().latestKinds());
+    // The day's counters (distance, sleep, peaks) move with every tick without a shop change.
+    feedPaw();
 }
 
 void PanelHost::feedMascot() {
@@ -131,21 +139,30 @@ void PanelHost::feedMascot() {
 }
 
 void PanelHost::feedShop() {
-    const auto& engine = app_.shop().engine();
-    model_->setFishBalance(engine.wallet().balance());
-    panel::PawSummary paw;
-    paw.distanceMeters = engine.today().metersRun;
-    paw.fishEarnedToday = engine.wallet().earned(
-        std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch()).count());
-    paw.fishBalance = engine.wallet().balance();
-    model_->setPaw(paw);
+    model_->setFishBalance(app_.shop().engine().wallet().balance());
+    feedPaw();
+}
+
+void PanelHost::feedPaw() {
+    const auto& shop = app_.shop();
+    const auto& engine = shop.engine();
+    const double now = engine.trustedNow();
+    reports::PawReportInputs in;
+    in.currentDay = engine.dayKey(now);
+    in.today = engine.today();
+    in.fishEarnedToday = engine.wallet().earned(now);
+    in.pastDays = engine.pastDays();
+    in.lifetime = engine.lifetime();
+    in.temperatureUnit = settings_.monitoring().temperatureUnit();
+    model_->setPaw(reports::buildPawReport(in, shop.calendar()));
 }
 
 void PanelHost::feedWeather() {
     const auto now = std::chrono::duration_cast<std::chrono::seconds>(
                          std::chrono::system_clock::now().time_since_epoch())
                          .count();
-    model_->setWeather(panel::summarizeWeather(app_.weather().store().currentReport(), now));
+    const auto& report = app_.weather().store().currentReport();
+    model_->setWeather(panel::summarizeWeather(report, now), report);
 }
 
 void PanelHost::show(const QElapsedTimer& startedAt) {
@@ -234,6 +251,14 @@ void PanelHost::showTab(panel::PanelTab tab) { window().showTab(tab); }
 void PanelHost::showDetail(panel::MetricDetail detail) {
     auto& w = window();
     w.showTab(panel::PanelTab::overview);
+    if (detail == panel::MetricDetail::pawreport) {
+        feedPaw();
+        auto* view = new reports::PawReportView(*model_, *theme_);
+        connect(view, &reports::PawReportView::backRequested, &w, [&w] { w.popDetail(); });
+        w.pushDetail(view);
+        debugLog("detail pawreport");
+        return;
+    }
     const std::string card(panel::MetricDetailNames[std::size_t(detail)]);
     w.overview().highlight(card);
     debugLog("detail " + card + ": no detail screen yet, the Overview highlights its card");

@@ -72,6 +72,7 @@ private:
     void feedSample();
     void feedMascot();
     void feedShop();
+    void feedPaw();
     void feedWeather();
     void feedNotice();
     void connectUpdates();

@@ -246,3 +246,40 @@ TEST(MenuBarFPS, EnvironmentFromSampleAndStillFrames) {
 
 }  // namespace
 }  // namespace trotlet::mascot
+
+namespace trotlet::mascot {
+namespace {
+
+// The odometer the Paw Track reads: each stride run is counted once, as the sampling tick
+// takes the difference, and a mascot asleep, sitting or celebrating covers no ground.
+TEST(MascotMotion, EachStrideIsCreditedOnceAndStillMoodsCreditNothing) {
+    const auto& cat = characterFor("cat");
+    for (MascotMood still : {MascotMood::sleeping, MascotMood::sitting, MascotMood::celebrating}) {
+        SCOPED_TRACE(MascotMoodNames[std::size_t(still)]);
+        double t = 0;
+        MascotMotion m = settled(runningAt(2.0), cat, t);
+        t -= 0.05;  // the time of the last tick
+        double credited = 0, last = m.distanceMeters();
+        auto sample = [&] {
+            credited += std::max(0.0, m.distanceMeters() - last);
+            last = m.distanceMeters();
+        };
+        // Ten seconds at two strides a second, sampled every second as the app does.
+        for (int i = 1; i <= 200; ++i) {
+            m.advance(at(t += 0.05), cat);
+            if (i % 20 == 0) sample();
+        }
+        EXPECT_NEAR(credited, 20 * cat.strideMeters, 1e-6);
+        MascotState rest = runningAt(0, Gait::napping, still);
+        m.apply(rest);
+        while (m.visual().mood != still) m.advance(at(t += 0.05), cat);
+        sample();
+        const double before = credited;
+        for (int i = 0; i < 100; ++i) m.advance(at(t += 0.05), cat);
+        sample();
+        EXPECT_DOUBLE_EQ(credited, before);
+    }
+}
+
+}  // namespace
+}  // namespace trotlet::mascot

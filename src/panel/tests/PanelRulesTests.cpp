@@ -75,6 +75,48 @@ bool overlap(const Box& a, const Box& b) {
 
 // Whatever a card carries and however big the desktop's font, its parts stay inside the card
 // and never sit on each other.
+// The greeting in the header's width: the name goes first, then the city; a place in another
+// zone is named, one in the same part of the day is not; without a forecast the phrase is the
+// computer's own.
+TEST(HeaderContent, TheGreetingDropsTheNameThenTheCityToFit) {
+    // 2026-10-01 14:30 in Berlin (UTC+2); in Melbourne (UTC+10) it is 22:30, night.
+    const weather::UnixTime now = 1790857800;
+    const int berlin = 7200;
+    weather::WeatherReport melbourne;
+    melbourne.location.name = "Melbourne";
+    melbourne.utcOffsetSeconds = 10 * 3600;
+    melbourne.current.time = now;
+    melbourne.current.code = 95;
+    melbourne.current.isDay = false;
+    weather::WeatherReport berlinRain = melbourne;
+    berlinRain.location.name = "Berlin";
+    berlinRain.utcOffsetSeconds = berlin;
+    berlinRain.current.code = 63;
+    berlinRain.current.isDay = true;
+    const std::optional<std::string> henry = "Henry";
+    struct Case {
+        const weather::WeatherReport* report;
+        std::optional<std::string> name;
+        std::size_t width;  // characters that fit
+        std::string expected;
+    };
+    const Case cases[] = {
+        {&melbourne, henry, 40, "Stormy night in Melbourne, Henry"},
+        {&melbourne, henry, 28, "Stormy night in Melbourne"},
+        {&melbourne, henry, 20, "Stormy night, Henry"},
+        {&melbourne, henry, 10, "Stormy night"},
+        {&melbourne, std::nullopt, 40, "Stormy night in Melbourne"},
+        {&berlinRain, henry, 40, "Rainy afternoon, Henry"},
+        {nullptr, henry, 40, "Good afternoon, Henry"},
+        {nullptr, std::nullopt, 40, "Good afternoon"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.expected);
+        const auto fits = [&](const std::string& text) { return text.size() <= c.width; };
+        EXPECT_EQ(headerGreeting(c.report, now, berlin, c.name, fits), c.expected);
+    }
+}
+
 TEST(CardGeometry, PartsStayInsideAndApartForEverySizeAndFont) {
     const std::pair<layout::CardSize, Box> sizes[] = {
         {layout::CardSize::small, {0, 0, 112, 104}}, {layout::CardSize::medium, {0, 0, 172, 160}},

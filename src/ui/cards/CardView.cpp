@@ -11,6 +11,7 @@
 #include "layout/OverviewCardRegistry.h"
 #include "panel/CardGeometry.h"
 #include "ui/cards/Sparkline.h"
+#include "ui/cards/WeekColumns.h"
 #include "ui/panel/PanelModel.h"
 #include "ui/theme/Icons.h"
 #include "ui/theme/ThemeStore.h"
@@ -56,7 +57,7 @@ void CardView::setHighlighted(bool highlighted) {
 }
 
 std::size_t CardView::chartVersion() const {
-    if (!content_.chart) return 0;
+    if (!content_.chart || !content_.chart->columns.empty()) return 0;
     // The newest point's time changes with every sample the chart shows.
     std::size_t version = 0;
     for (auto series : {std::optional(content_.chart->series), content_.chart->second}) {
@@ -179,7 +180,9 @@ void CardView::paintReadings(QPainter& p, const CardPaintContext& ctx) {
         p.drawRoundedRect(fill, track.height() / 2, track.height() / 2);
     }
 
-    if (content_.chart && !g.chart.isEmpty()) {
+    if (content_.chart && !content_.chart->columns.empty() && !g.chart.isEmpty()) {
+        WeekColumns::paint(p, toRect(g.chart), content_.chart->columns, ctx.accent, pal.track, 10);
+    } else if (content_.chart && !g.chart.isEmpty()) {
         const auto& history = model_.history();
         const auto first = history.points(content_.chart->series);
         const auto second = content_.chart->second ? history.points(*content_.chart->second)

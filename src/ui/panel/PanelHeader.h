@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 #include "mascot/qt/MascotRenderer.h"
 
@@ -14,20 +15,33 @@ namespace trotlet::ui {
 class PanelModel;
 class ThemeStore;
 
-// The panel's header: the mascot at 44 pt with its own frame clock, the mood line, and the
-// Fish and weather chips. The backdrop is a hook, so a painted sky can take its place; the
-// band to the right of the mascot is kept clear for fish swimming across.
+// The panel's header: the mascot at 44 pt with its own frame clock, the mood line, the Fish
+// and weather chips, and at its foot the greeting with the day's odometer. The backdrop is a
+// hook for the painted sky, which also says which ink reads over it; the band to the right of
+// the mascot is kept clear for fish swimming across.
 class PanelHeader : public QWidget {
     Q_OBJECT
 public:
     using Backdrop = std::function<void(QPainter&, const QRectF&)>;
+    // Text and chip colours chosen to read over the backdrop; a light ink gets a soft shadow.
+    struct Ink {
+        QColor text;
+        QColor textSecondary;
+        QColor chip;
+        bool shadow = false;
+    };
 
     PanelHeader(PanelModel& model, const ThemeStore& theme, QWidget* parent = nullptr);
 
     void setBackdrop(Backdrop backdrop);
+    void setInk(std::optional<Ink> ink);
     // Stops or starts the frame clock: it runs only while shown and motion is allowed.
     void setAnimating(bool animating);
     bool isAnimating() const { return timer_.isActive(); }
+    // Whether the owner wants motion at all (a screenshot does not); the sky follows it.
+    bool animationWanted() const { return wantAnimation_; }
+    // The greeting as last drawn, for tests and the accessible description.
+    const QString& greeting() const { return greeting_; }
     // Shows a fixed frame: for screenshots.
     void setFrameIndex(int index);
     int frameIndex() const { return frame_; }
@@ -36,6 +50,9 @@ public:
     void releaseCaches();
 
     QSize sizeHint() const override;
+
+signals:
+    void animationWantedChanged();
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -51,11 +68,16 @@ private:
     void pet();
     void reschedule();
     void moodLineMaybeChanged();
+    void updateGreeting();
     qreal petLift() const;
+    QRectF greetingRect() const;
 
     PanelModel& model_;
     const ThemeStore& theme_;
     Backdrop backdrop_;
+    std::optional<Ink> ink_;
+    QString greeting_;
+    QString odometer_;
     mascot::MascotRenderer renderer_;
     QTimer timer_;
     QTimer moodTimer_;

@@ -1,5 +1,7 @@
 #include "ui/panel/PanelModel.h"
 
+#include <QDateTime>
+
 #include "mascot/MoodLine.h"
 #include "settings/AppSettings.h"
 
@@ -43,9 +45,23 @@ void PanelModel::setFishBalance(std::int64_t balance) {
     emit walletChanged();
 }
 
-void PanelModel::setWeather(std::optional<panel::WeatherSummary> weather) {
+void PanelModel::setWeather(std::optional<panel::WeatherSummary> weather,
+                            std::optional<weather::WeatherReport> report) {
     weather_ = std::move(weather);
+    report_ = std::move(report);
     emit weatherChanged();
+}
+
+void PanelModel::setPaw(std::optional<panel::PawSummary> paw) {
+    if (paw == paw_) return;
+    paw_ = std::move(paw);
+    emit pawChanged();
+}
+
+int PanelModel::localOffsetSeconds() const {
+    const auto seconds =
+        std::chrono::duration_cast<std::chrono::seconds>(now().time_since_epoch()).count();
+    return QDateTime::fromSecsSinceEpoch(seconds).offsetFromUtc();
 }
 
 metrics::Timestamp PanelModel::now() const {

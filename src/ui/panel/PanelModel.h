@@ -14,6 +14,7 @@
 #include "panel/CardContent.h"
 #include "panel/PanelRoute.h"
 #include "updates/PanelNotice.h"
+#include "weather/WeatherReport.h"
 
 namespace trotlet::settings {
 class AppSettings;
@@ -60,9 +61,18 @@ public:
     void setFishBalance(std::int64_t balance);
 
     const std::optional<panel::WeatherSummary>& weather() const { return weather_; }
-    void setWeather(std::optional<panel::WeatherSummary> weather);
+    // The forecast behind the summary, for the sky and the greeting; none without a place.
+    const std::optional<weather::WeatherReport>& weatherReport() const { return report_; }
+    void setWeather(std::optional<panel::WeatherSummary> weather,
+                    std::optional<weather::WeatherReport> report = std::nullopt);
     const std::optional<panel::PawSummary>& paw() const { return paw_; }
-    void setPaw(std::optional<panel::PawSummary> paw) { paw_ = std::move(paw); }
+    void setPaw(std::optional<panel::PawSummary> paw);
+
+    // The user's first name from the account, for the greeting; none when not set.
+    const std::optional<std::string>& firstName() const { return firstName_; }
+    void setFirstName(std::optional<std::string> name) { firstName_ = std::move(name); }
+    // The computer's offset from UTC at `now()`, in seconds.
+    int localOffsetSeconds() const;
 
     // The notice under the header: install for this user, a newer version, What's new.
     const std::optional<updates::PanelNotice>& notice() const { return notice_; }
@@ -82,6 +92,7 @@ signals:
     void reduceMotionChanged();
     void walletChanged();
     void weatherChanged();
+    void pawChanged();
     void layoutChanged();
     void noticeChanged();
     // The user's actions, for the live app to carry out.
@@ -103,8 +114,10 @@ private:
     bool reduceMotion_ = false;
     std::int64_t fish_ = 0;
     std::optional<panel::WeatherSummary> weather_;
+    std::optional<weather::WeatherReport> report_;
     std::optional<panel::PawSummary> paw_;
     std::optional<updates::PanelNotice> notice_;
+    std::optional<std::string> firstName_;
     Clock clock_;
 };
 

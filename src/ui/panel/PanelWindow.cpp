@@ -8,6 +8,7 @@
 #include <QVBoxLayout>
 
 #include "panel/PanelTabs.h"
+#include "sky/qt/SkyBackdrop.h"
 #include "ui/overview/OverviewView.h"
 #include "ui/panel/ComingSoonView.h"
 #include "ui/panel/NoticeBanner.h"
@@ -51,6 +52,7 @@ PanelWindow::PanelWindow(PanelModel& model, ThemeStore& theme, QWidget* parent)
     column->setContentsMargins(0, 0, 0, Metrics::margin);
     column->setSpacing(0);
     header_ = new PanelHeader(model_, theme_, this);
+    new sky::SkyBackdrop(*header_, model_, theme_);  // owned by the header
     column->addWidget(header_);
     column->addSpacing(tabGap);
     // The notice (install for this user, a newer version, What's new) sits above the tabs, on

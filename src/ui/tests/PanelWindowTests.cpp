@@ -3,6 +3,10 @@
 #include <QApplication>
 #include <QKeyEvent>
 
+#include "reports/qt/PawReportView.h"
+#include "sky/qt/SkyBackdrop.h"
+#include "snapshot/SceneFixtures.h"
+#include "snapshot/ScenePainting.h"
 #include "snapshot/SceneRig.h"
 #include "ui/cards/CardView.h"
 #include "ui/overview/OverviewView.h"
@@ -137,6 +141,38 @@ TEST_F(PanelWindowTest, NoticeGrowsThePanelAndReportsItsButtons) {
     rig.model().setNotice(std::nullopt);
     EXPECT_FALSE(window.notice().isVisible());
     EXPECT_EQ(window.height(), plain);
+
+// The sky moves only while the header is shown, wants motion and motion is allowed, and only
+// when its weather has something to move.
+TEST_F(PanelWindowTest, TheSkyMovesOnlyWhileShownWantedAndAllowed) {
+    auto* sky = window.header().findChild<sky::SkyBackdrop*>();
+    ASSERT_TRUE(sky);
+    window.header().setAnimating(true);
+    EXPECT_FALSE(sky->isAnimating()) << "a sky without a forecast is one still picture";
+    rig.model().setWeather(snapshot::sceneWeather(), snapshot::sceneForecast(65));
+    EXPECT_TRUE(sky->isAnimating());
+    EXPECT_EQ(sky->scene().precipitation, sky::Precipitation::rain);
+    rig.model().setReduceMotion(true);
+    EXPECT_FALSE(sky->isAnimating());
+    rig.model().setReduceMotion(false);
+    window.header().setAnimating(false);
+    EXPECT_FALSE(sky->isAnimating());
+    window.header().setAnimating(true);
+    window.hide();
+    EXPECT_FALSE(sky->isAnimating());
+}
+
+TEST_F(PanelWindowTest, TheHeaderGreetsAndThePawReportGoesBackFromItsBackRow) {
+    EXPECT_EQ(window.header().greeting(), QStringLiteral("Good afternoon, Henry"));
+    EXPECT_TRUE(window.header().accessibleDescription().contains(QStringLiteral("3.42 km")));
+    auto* view = new reports::PawReportView(rig.model(), rig.theme());
+    QObject::connect(view, &reports::PawReportView::backRequested, &window,
+                     [this] { window.popDetail(); });
+    window.pushDetail(view);
+    EXPECT_TRUE(view->body().accessibleDescription().contains(QStringLiteral("thanks to firefox")));
+    ASSERT_TRUE(QApplication::focusWidget());
+    press(QApplication::focusWidget(), Qt::Key_Return);
+    EXPECT_FALSE(window.hasDetail());
 }
 
 }  // namespace

@@ -292,6 +292,40 @@ void chevronLeft(QPainter& p, const QColor& c) {
     p.drawPolyline(QPolygonF({QPointF(15, 5), QPointF(8, 12), QPointF(15, 19)}));
 }
 
+void clock(QPainter& p, const QColor& c) {
+    p.setPen(stroke(c, 2));
+    p.setBrush(Qt::NoBrush);
+    p.drawEllipse(QPointF(12, 12), 8.5, 8.5);
+    p.drawPolyline(QPolygonF({QPointF(12, 7), QPointF(12, 12), QPointF(15.5, 14)}));
+}
+
+void eye(QPainter& p, const QColor& c) {
+    QPainterPath lid;
+    lid.moveTo(2.5, 12);
+    lid.cubicTo(6, 5.5, 18, 5.5, 21.5, 12);
+    lid.cubicTo(18, 18.5, 6, 18.5, 2.5, 12);
+    p.setPen(stroke(c, 1.9));
+    p.setBrush(Qt::NoBrush);
+    p.drawPath(lid);
+    p.setPen(Qt::NoPen);
+    p.setBrush(c);
+    p.drawEllipse(QPointF(12, 12), 3.3, 3.3);
+}
+
+void boltFill(QPainter& p, const QColor& c) {
+    QPainterPath b;
+    b.moveTo(13.5, 2.5);
+    b.lineTo(5, 13.5);
+    b.lineTo(11, 13.5);
+    b.lineTo(9.5, 21.5);
+    b.lineTo(19, 9.5);
+    b.lineTo(13, 9.5);
+    b.closeSubpath();
+    p.setPen(stroke(c, 1));
+    p.setBrush(c);
+    p.drawPath(b);
+}
+
 void fog(QPainter& p, const QColor& c) {
     cloud(p, c, -3);
     p.setPen(stroke(c, 1.8));
@@ -304,8 +338,8 @@ struct Entry {
     Drawer draw;
 };
 
-const std::array<Entry, 36>& table() {
-    static const std::array<Entry, 36> entries{{
+const std::array<Entry, 39>& table() {
+    static const std::array<Entry, 39> entries{{
         {"cpu", chip},
         {"memory", memoryStick},
         {"memorychip", memoryStick},
@@ -324,6 +358,9 @@ const std::array<Entry, 36>& table() {
         {"gift.fill", gift},
         {"flame.fill", flame},
         {"heart.fill", heart},
+        {"clock", clock},
+        {"eye", eye},
+        {"bolt.fill", boltFill},
         {"checkmark.seal.fill", [](QPainter& p, const QColor& c) { circleMark(p, c, true); }},
         {"xmark.circle.fill", [](QPainter& p, const QColor& c) { circleMark(p, c, false); }},
         {"star.fill",

@@ -45,7 +45,8 @@ struct Metrics {
     static constexpr int margin = 16;
     static constexpr int panelWidth = gridWidth + 2 * margin;  // 384
     static constexpr int maxPanelHeight = 720;
-    static constexpr int headerHeight = 92;
+    static constexpr int headerHeight = 116;
+    static constexpr int greetingHeight = 20;  // the header's foot: greeting and odometer
     static constexpr int tabBarHeight = 30;
     static constexpr int mascotSize = 44;
     static constexpr int cardRadius = 12;

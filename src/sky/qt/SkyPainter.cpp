@@ -1,0 +1,320 @@
+#include "sky/qt/SkyPainter.h"
+
+#include <QLinearGradient>
+#include <QPainter>
+#include <QPainterPath>
+#include <QRadialGradient>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+
+namespace trotlet::sky {
+namespace {
+
+constexpr double referenceWidth = 384;  // the panel's width: counts of drops and stars are per this
+
+QColor qc(const Rgb& c, double alpha = 1) {
+    return QColor::fromRgbF(float(c.r), float(c.g), float(c.b), float(std::clamp(alpha, 0.0, 1.0)));
+}
+
+// A repeatable pseudo-random share in 0…1 for item i of stream k: the sky looks the same at
+// every paint and in every screenshot.
+double hash01(unsigned i, unsigned k) {
+    std::uint32_t x = i * 0x9E3779B1u ^ (k + 0x7F4A7C15u) * 0x85EBCA77u;
+    x ^= x >> 16;
+    x *= 0x7FEB352Du;
+    x ^= x >> 15;
+    x *= 0x846CA68Bu;
+    x ^= x >> 16;
+    return double(x) / 4294967296.0;
+}
+
+double wrap(double x, double span) { return span > 0 ? x - std::floor(x / span) * span : 0; }
+
+// Where the sun or the moon stands: in the free band between the mascot and the chips, above
+// the header's text, rising at the left, highest halfway, setting at the right.
+QPointF bodyCentre(const QRectF& area, double progress, double height) {
+    const double x = area.left() + area.width() * (0.2 + 0.26 * std::clamp(progress, 0.0, 1.0));
+    const double y = area.top() + area.height() * (0.24 - 0.13 * std::clamp(height, 0.0, 1.0));
+    return {x, y};
+}
+
+QPainterPath cloudShape(double w, double h) {
+    // A flat-bottomed cumulus: a low base and three bumps of different sizes.
+    QPainterPath path;
+    path.setFillRule(Qt::WindingFill);  // overlapping parts fill, they do not cut holes
+    path.addRoundedRect(QRectF(0, h * 0.52, w, h * 0.46), h * 0.23, h * 0.23);
+    path.addEllipse(QRectF(w * 0.10, h * 0.30, w * 0.36, h * 0.62));
+    path.addEllipse(QRectF(w * 0.30, h * 0.02, w * 0.42, h * 0.86));
+    path.addEllipse(QRectF(w * 0.56, h * 0.24, w * 0.34, h * 0.66));
+    return path.simplified();
+}
+
+void paintMoon(QPainter& p, const QPointF& centre, double radius, double phase, double alpha) {
+    const QColor lit = qc(Rgb::hex(0xF4F0DE), alpha);
+    // The whole disc faintly (earthshine), then the lit part: a half disc and the terminator's
+    // half ellipse, added for a gibbous moon and cut away for a crescent.
+    p.setPen(Qt::NoPen);
+    p.setBrush(qc(Rgb::hex(0xF4F0DE), alpha * 0.14));
+    p.drawEllipse(centre, radius, radius);
+    const double k = std::cos(2 * M_PI * phase);  // 1 new, -1 full
+    const bool waxing = phase < 0.5;
+    QPainterPath half;
+    const QRectF disc(centre.x() - radius, centre.y() - radius, 2 * radius, 2 * radius);
+    half.moveTo(centre.x(), disc.top());
+    half.arcTo(disc, 90, waxing ? -180 : 180);
+    half.closeSubpath();
+    QPainterPath terminator;
+    const double rx = radius * std::fabs(k);
+    terminator.addEllipse(centre, rx, radius);
+    const QPainterPath shape = k > 0 ? half.subtracted(terminator) : half.united(terminator);
+    p.setBrush(lit);
+    p.drawPath(shape);
+}
+
+}  // namespace
+
+void SkyPainter::setScene(const SkyScene& scene) {
+    if (hasScene_ && scene == scene_) return;
+    const bool cloudsChanged = !hasScene_ || scene.cloudiness != scene_.cloudiness ||
+                               scene.cloudColor != scene_.cloudColor ||
+                               scene.cloudAlpha != scene_.cloudAlpha ||
+                               scene.skyAt(0.5) != scene_.skyAt(0.5);
+    scene_ = scene;
+    hasScene_ = true;
+    still_ = QImage();
+    if (cloudsChanged) clouds_.clear();
+}
+
+void SkyPainter::releaseCaches() {
+    still_ = QImage();
+    clouds_.clear();
+}
+
+void SkyPainter::paint(QPainter& painter, const QRectF& area, double seconds) {
+    const qreal dpr = painter.device() ? painter.device()->devicePixelRatioF() : 1.0;
+    const QSize pixels = (area.size() * dpr).toSize();
+    prepareClouds(area.size(), dpr);
+    if (still_.isNull() || still_.size() != pixels || still_.devicePixelRatio() != dpr)
+        renderStill(pixels, dpr);
+    painter.drawImage(area.topLeft(), still_);
+    if (!scene_.animated()) return;
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setClipRect(area, Qt::IntersectClip);
+    paintClouds(painter, area, seconds);
+    paintFog(painter, area, seconds);
+    paintPrecipitation(painter, area, seconds);
+    paintLightning(painter, area, seconds);
+    painter.restore();
+}
+
+void SkyPainter::renderStill(const QSize& pixels, qreal dpr) {
+    ++stillRenders_;
+    still_ = QImage(pixels, QImage::Format_ARGB32_Premultiplied);
+    still_.setDevicePixelRatio(dpr);
+    still_.fill(Qt::transparent);
+    QPainter p(&still_);
+    p.setRenderHint(QPainter::Antialiasing);
+    const QRectF area(QPointF(0, 0), QSizeF(pixels) / dpr);
+    paintStill(p, area);
+    if (!scene_.animated()) {
+        // Nothing moves: the clouds, the fog and the falling rain stand still in the picture.
+        paintClouds(p, area, 0);
+        paintFog(p, area, 0);
+        paintPrecipitation(p, area, 0);
+    }
+}
+
+void SkyPainter::paintStill(QPainter& p, const QRectF& area) const {
+    const SkyScene& s = scene_;
+    QLinearGradient gradient(area.topLeft(), area.bottomLeft());
+    gradient.setColorAt(0, qc(s.gradient[0]));
+    gradient.setColorAt(0.5, qc(s.gradient[1]));
+    gradient.setColorAt(1, qc(s.gradient[2]));
+    p.fillRect(area, gradient);
+
+    if (s.starAlpha > 0.01) {
+        p.setPen(Qt::NoPen);
+        const int stars = int(std::lround(44 * area.width() / referenceWidth));
+        for (int i = 0; i < stars; ++i) {
+            const QPointF at(area.left() + hash01(i, 1) * area.width(),
+                             area.top() + hash01(i, 2) * area.height() * 0.9);
+            const double size = 0.45 + hash01(i, 3) * 0.85;
+            p.setBrush(qc(Rgb::hex(0xFFFFFF), s.starAlpha * (0.35 + 0.65 * hash01(i, 4))));
+            p.drawEllipse(at, size, size);
+        }
+    }
+
+    if (s.sun) {
+        const QPointF c = bodyCentre(area, s.clock.progress, s.clock.elevation);
+        QRadialGradient glow(c, 36);
+        glow.setColorAt(0, qc(s.sunColor, 0.5 * s.sunAlpha));
+        glow.setColorAt(1, qc(s.sunColor, 0));
+        p.setPen(Qt::NoPen);
+        p.setBrush(glow);
+        p.drawEllipse(c, 36, 36);
+        // Through cloud the disc pales rather than fading into the blue.
+        p.setBrush(qc(mix(s.sunColor, Rgb::hex(0xFFFFFF), 0.6 * (1 - s.sunAlpha)),
+                      0.5 + 0.5 * s.sunAlpha));
+        p.drawEllipse(c, 8.5, 8.5);
+    }
+    if (s.moon) {
+        const double height = 1 - std::fabs(s.clock.progress - 0.5) * 2;
+        const QPointF c = bodyCentre(area, s.clock.progress, 0.35 + 0.65 * height);
+        QRadialGradient glow(c, 24);
+        glow.setColorAt(0, qc(Rgb::hex(0xDDE4FF), 0.22 * s.moonAlpha));
+        glow.setColorAt(1, qc(Rgb::hex(0xDDE4FF), 0));
+        p.setPen(Qt::NoPen);
+        p.setBrush(glow);
+        p.drawEllipse(c, 24, 24);
+        paintMoon(p, c, 7, s.moonPhase, s.moonAlpha);
+    }
+
+    if (s.moodTintAlpha > 0) {
+        QLinearGradient glow(area.bottomLeft(),
+                             QPointF(area.left(), area.top() + area.height() * 0.35));
+        glow.setColorAt(0, qc(s.moodTint, s.moodTintAlpha));
+        glow.setColorAt(1, qc(s.moodTint, 0));
+        p.fillRect(area, glow);
+    }
+}
+
+void SkyPainter::prepareClouds(const QSizeF& size, qreal dpr) {
+    if (!clouds_.empty() && cloudsFor_ == size && cloudsDpr_ == dpr) return;
+    clouds_.clear();
+    cloudsFor_ = size;
+    cloudsDpr_ = dpr;
+    const SkyScene& s = scene_;
+    const int count = int(std::lround(s.cloudiness * 9 * size.width() / referenceWidth));
+    const Rgb underside = mix(s.cloudColor, s.skyAt(0.8), 0.35);
+    for (int i = 0; i < count; ++i) {
+        Cloud c;
+        c.depth = hash01(i, 11);
+        c.x = hash01(i, 12);
+        // Far clouds sit higher; a full deck spreads down the whole header.
+        c.y = 0.02 + hash01(i, 13) * (0.25 + 0.45 * s.cloudiness) + (1 - c.depth) * 0.05;
+        c.width = (46 + 64 * c.depth) * (0.8 + 0.6 * s.cloudiness);
+        c.speed = 2 + 6 * c.depth;
+        const double height = c.width * 0.42;
+        c.sprite = QImage((QSizeF(c.width, height) * dpr).toSize() + QSize(2, 2),
+                          QImage::Format_ARGB32_Premultiplied);
+        c.sprite.setDevicePixelRatio(dpr);
+        c.sprite.fill(Qt::transparent);
+        QPainter p(&c.sprite);
+        p.setRenderHint(QPainter::Antialiasing);
+        QLinearGradient fill(0, 0, 0, height);
+        fill.setColorAt(0, qc(mix(s.cloudColor, Rgb::hex(0xFFFFFF), 0.12)));
+        fill.setColorAt(1, qc(underside));
+        p.setPen(Qt::NoPen);
+        p.setBrush(fill);
+        p.setOpacity(s.cloudAlpha * (0.55 + 0.45 * c.depth));
+        p.drawPath(cloudShape(c.width, height));
+        clouds_.push_back(std::move(c));
+    }
+    still_ = QImage();  // a still sky bakes its clouds in
+}
+
+void SkyPainter::paintClouds(QPainter& p, const QRectF& area, double seconds) const {
+    // Far clouds first, so near ones pass in front.
+    std::vector<const Cloud*> order;
+    for (const auto& c : clouds_) order.push_back(&c);
+    std::sort(order.begin(), order.end(),
+              [](const Cloud* a, const Cloud* b) { return a->depth < b->depth; });
+    for (const Cloud* c : order) {
+        const double track = area.width() + c->width;
+        const double x =
+            wrap(c->x * track + c->speed * scene_.motionScale * seconds, track) - c->width;
+        p.drawImage(QPointF(area.left() + x, area.top() + c->y * area.height()), c->sprite);
+    }
+}
+
+void SkyPainter::paintFog(QPainter& p, const QRectF& area, double seconds) const {
+    if (scene_.fogAlpha <= 0) return;
+    p.setPen(Qt::NoPen);
+    for (int i = 0; i < 3; ++i) {
+        const double cy = area.top() + area.height() * (0.4 + 0.25 * i);
+        const double cx =
+            area.left() +
+            area.width() * (0.5 + 0.3 * std::sin(seconds * 0.04 * scene_.motionScale + i * 2.1));
+        const double rx = area.width() * 0.75, ry = area.height() * 0.22;
+        QRadialGradient band(QPointF(0, 0), 1);
+        band.setColorAt(0, qc(scene_.fogColor, scene_.fogAlpha));
+        band.setColorAt(1, qc(scene_.fogColor, 0));
+        QBrush brush(band);
+        brush.setTransform(QTransform::fromScale(rx, ry) * QTransform::fromTranslate(cx, cy));
+        p.setBrush(brush);
+        p.drawEllipse(QPointF(cx, cy), rx, ry);
+    }
+}
+
+void SkyPainter::paintPrecipitation(QPainter& p, const QRectF& area, double seconds) const {
+    const SkyScene& s = scene_;
+    if (s.precipitation == Precipitation::none || s.amount <= 0) return;
+    const double w = area.width(), h = area.height();
+    const double t = seconds * s.motionScale;
+    if (s.precipitation == Precipitation::snow) {
+        const int flakes = int(std::lround(s.amount * 56 * w / referenceWidth));
+        p.setPen(Qt::NoPen);
+        p.setBrush(qc(s.precipitationColor, s.precipitationAlpha));
+        for (int i = 0; i < flakes; ++i) {
+            const double r = 0.8 + 0.9 * hash01(i, 21);
+            const double speed = h * 0.2 * (0.7 + 0.6 * hash01(i, 22));
+            const double y = wrap(hash01(i, 23) * (h + 4) + speed * t, h + 4) - 2;
+            const double sway = 5 * std::sin(t * 0.9 + 6.283 * hash01(i, 24));
+            const double x = wrap(hash01(i, 25) * w + s.slant * y + sway, w);
+            p.drawEllipse(QPointF(area.left() + x, area.top() + y), r, r);
+        }
+        return;
+    }
+    const bool drizzle = s.precipitation == Precipitation::drizzle;
+    const int drops = int(std::lround(s.amount * (drizzle ? 90 : 120) * w / referenceWidth));
+    const double length = drizzle ? 4 : 9;
+    const double fall = h * (drizzle ? 1.2 : 1.9);
+    std::vector<QLineF> lines;
+    lines.reserve(std::size_t(drops));
+    const double norm = std::sqrt(1 + s.slant * s.slant);
+    for (int i = 0; i < drops; ++i) {
+        const double len = length * (0.7 + 0.6 * hash01(i, 31));
+        const double speed = fall * (0.8 + 0.4 * hash01(i, 32));
+        const double y = wrap(hash01(i, 33) * (h + len) + speed * t, h + len);
+        const double x = wrap(hash01(i, 34) * w + s.slant * y, w);
+        const QPointF head(area.left() + x, area.top() + y);
+        lines.emplace_back(head, head - QPointF(s.slant * len / norm, len / norm));
+    }
+    QPen pen(qc(s.precipitationColor, s.precipitationAlpha), drizzle ? 0.8 : 1.1);
+    pen.setCapStyle(Qt::RoundCap);
+    p.setPen(pen);
+    p.drawLines(lines.data(), int(lines.size()));
+}
+
+void SkyPainter::paintLightning(QPainter& p, const QRectF& area, double seconds) const {
+    const SkyScene& s = scene_;
+    if (!s.lightning || s.flashAlpha <= 0 || s.flashEverySeconds <= 0) return;
+    const double period = s.flashEverySeconds;
+    const auto stroke = unsigned(std::floor(seconds / period));
+    const double since = seconds - stroke * period - hash01(stroke, 41) * period * 0.5;
+    if (since < 0 || since > 0.5) return;
+    // A double flash: a bright strike and a weaker echo, each fading in a tenth of a second.
+    auto pulse = [](double x) { return x < 0 ? 0.0 : std::exp(-x / 0.07); };
+    const double alpha = std::min(1.0, pulse(since) + 0.6 * pulse(since - 0.16)) * s.flashAlpha;
+    p.fillRect(area, qc(Rgb::hex(0xFFFFFF), alpha));
+    if (since < 0.18) {
+        QPainterPath bolt;
+        double x = area.left() + area.width() * (0.25 + 0.6 * hash01(stroke, 42));
+        double y = area.top();
+        bolt.moveTo(x, y);
+        for (int i = 0; i < 5; ++i) {
+            x += (hash01(stroke * 8 + i, 43) - 0.5) * 14;
+            y += area.height() * 0.13;
+            bolt.lineTo(x, y);
+        }
+        p.setPen(QPen(qc(Rgb::hex(0xFFFFFF), 0.85 * (1 - since / 0.18)), 1.4, Qt::SolidLine,
+                      Qt::RoundCap, Qt::RoundJoin));
+        p.setBrush(Qt::NoBrush);
+        p.drawPath(bolt);
+    }
+}
+
+}  // namespace trotlet::sky
