@@ -278,7 +278,7 @@ std::string LaunchOptions::usage() {
     addRow(out, "--weather-dump \"<name>\"", "look up a place and print its forecast");
     addRow(out, "--weather-e2e", "search, fetch and decode a forecast end to end");
     addRow(out, "--weather-polish [dir]",
-           "check the weather texts and conditions over live forecasts (files into [dir])");
+           "check the weather texts and conditions (table and pictures into [dir])");
     addRow(out, "--weather-recovery", "check refresh, backoff and cache recovery after failures");
 
     out += "\nData:\n";

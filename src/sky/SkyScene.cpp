@@ -337,9 +337,9 @@ SkyScene skyScene(const SkyInputs& in) {
             fps = 14;
         else if (s.precipitation == Precipitation::snow)
             fps = 12;
-        // Clouds drift when the weather brings them; the few of a sky without a forecast and
-        // the mood's glow stand still, so such a sky is one cached picture.
-        else if ((s.condition && s.cloudiness >= 0.1) || s.fogAlpha > 0)
+        // Clouds drift when the weather brings them; the few of a sky without a forecast, fog
+        // and the mood's glow stand still, so such a sky is one cached picture.
+        else if (s.condition && s.cloudiness >= 0.1)
             fps = 10;
         if (fps > 0)
             s.framesPerSecond =

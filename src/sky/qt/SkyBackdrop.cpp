@@ -3,6 +3,7 @@
 #include <QEvent>
 #include <QPainter>
 
+#include <cmath>
 #include <cstdlib>
 #include <string_view>
 
@@ -96,10 +97,17 @@ void SkyBackdrop::reschedule() {
         shown && header_.animationWanted() && !model_.reduceMotion() && scene_.animated();
     if (!run) {
         frameTimer_.stop();
+        header_.setBackdropTicking(false);
         return;
     }
-    const int interval = 1000 / std::clamp(scene_.framesPerSecond, 1, maxSkyFramesPerSecond);
+    // One clock for the header: the sky repaints it whole and the mascot's frames ride on those
+    // paints, so the rate is the faster of the two within the sky's limit.
+    const double fps =
+        std::clamp(std::max(double(scene_.framesPerSecond), model_.mascotFramesPerSecond()), 1.0,
+                   double(maxSkyFramesPerSecond));
+    const int interval = int(std::lround(1000.0 / fps));
     if (!frameTimer_.isActive() || frameTimer_.interval() != interval) frameTimer_.start(interval);
+    header_.setBackdropTicking(true);
 }
 
 bool SkyBackdrop::eventFilter(QObject* watched, QEvent* event) {

@@ -77,34 +77,32 @@ void paintMoon(QPainter& p, const QPointF& centre, double radius, double phase, 
 
 void SkyPainter::setScene(const SkyScene& scene) {
     if (hasScene_ && scene == scene_) return;
-    const bool cloudsChanged = !hasScene_ || scene.cloudiness != scene_.cloudiness ||
-                               scene.cloudColor != scene_.cloudColor ||
-                               scene.cloudAlpha != scene_.cloudAlpha ||
-                               scene.skyAt(0.5) != scene_.skyAt(0.5);
     scene_ = scene;
     hasScene_ = true;
-    still_ = QImage();
-    if (cloudsChanged) clouds_.clear();
+    // The sprites take the scene's colours; the next paint draws them again with the still
+    // layer. Both are small, and a scene changes at most once a minute.
+    releaseCaches();
 }
 
 void SkyPainter::releaseCaches() {
     still_ = QImage();
+    spritesReady_ = false;
     clouds_.clear();
+    drops_.clear();
+    flakes_.clear();
 }
 
 void SkyPainter::paint(QPainter& painter, const QRectF& area, double seconds) {
     const qreal dpr = painter.device() ? painter.device()->devicePixelRatioF() : 1.0;
     const QSize pixels = (area.size() * dpr).toSize();
-    prepareClouds(area.size(), dpr);
+    prepareSprites(area.size(), dpr);
     if (still_.isNull() || still_.size() != pixels || still_.devicePixelRatio() != dpr)
         renderStill(pixels, dpr);
     painter.drawImage(area.topLeft(), still_);
     if (!scene_.animated()) return;
     painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
     painter.setClipRect(area, Qt::IntersectClip);
     paintClouds(painter, area, seconds);
-    paintFog(painter, area, seconds);
     paintPrecipitation(painter, area, seconds);
     paintLightning(painter, area, seconds);
     painter.restore();
@@ -119,10 +117,11 @@ void SkyPainter::renderStill(const QSize& pixels, qreal dpr) {
     p.setRenderHint(QPainter::Antialiasing);
     const QRectF area(QPointF(0, 0), QSizeF(pixels) / dpr);
     paintStill(p, area);
+    // Fog drifts too slowly to see at a few frames a second: it stays in the picture.
+    paintFog(p, area);
     if (!scene_.animated()) {
-        // Nothing moves: the clouds, the fog and the falling rain stand still in the picture.
+        // Nothing moves: the clouds and the falling rain stand still in the picture.
         paintClouds(p, area, 0);
-        paintFog(p, area, 0);
         paintPrecipitation(p, area, 0);
     }
 }
@@ -181,12 +180,23 @@ void SkyPainter::paintStill(QPainter& p, const QRectF& area) const {
     }
 }
 
-void SkyPainter::prepareClouds(const QSizeF& size, qreal dpr) {
-    if (!clouds_.empty() && cloudsFor_ == size && cloudsDpr_ == dpr) return;
+void SkyPainter::prepareSprites(const QSizeF& size, qreal dpr) {
+    if (spritesReady_ && spritesFor_ == size && spritesDpr_ == dpr) return;
     clouds_.clear();
-    cloudsFor_ = size;
-    cloudsDpr_ = dpr;
+    drops_.clear();
+    flakes_.clear();
+    spritesReady_ = true;
+    spritesFor_ = size;
+    spritesDpr_ = dpr;
+    still_ = QImage();  // a still sky bakes its clouds in
     const SkyScene& s = scene_;
+    auto canvas = [dpr](QSizeF logical) {
+        QImage image((logical * dpr).toSize() + QSize(2, 2), QImage::Format_ARGB32_Premultiplied);
+        image.setDevicePixelRatio(dpr);
+        image.fill(Qt::transparent);
+        return image;
+    };
+
     const int count = int(std::lround(s.cloudiness * 9 * size.width() / referenceWidth));
     const Rgb underside = mix(s.cloudColor, s.skyAt(0.8), 0.35);
     for (int i = 0; i < count; ++i) {
@@ -198,10 +208,7 @@ void SkyPainter::prepareClouds(const QSizeF& size, qreal dpr) {
         c.width = (46 + 64 * c.depth) * (0.8 + 0.6 * s.cloudiness);
         c.speed = 2 + 6 * c.depth;
         const double height = c.width * 0.42;
-        c.sprite = QImage((QSizeF(c.width, height) * dpr).toSize() + QSize(2, 2),
-                          QImage::Format_ARGB32_Premultiplied);
-        c.sprite.setDevicePixelRatio(dpr);
-        c.sprite.fill(Qt::transparent);
+        c.sprite = canvas(QSizeF(c.width, height));
         QPainter p(&c.sprite);
         p.setRenderHint(QPainter::Antialiasing);
         QLinearGradient fill(0, 0, 0, height);
@@ -213,7 +220,35 @@ void SkyPainter::prepareClouds(const QSizeF& size, qreal dpr) {
         p.drawPath(cloudShape(c.width, height));
         clouds_.push_back(std::move(c));
     }
-    still_ = QImage();  // a still sky bakes its clouds in
+
+    if (s.precipitation == Precipitation::rain || s.precipitation == Precipitation::drizzle) {
+        const bool drizzle = s.precipitation == Precipitation::drizzle;
+        const double length = drizzle ? 4 : 9;
+        const double norm = std::sqrt(1 + s.slant * s.slant);
+        for (double scale : {0.75, 0.95, 1.15, 1.3}) {
+            const double dy = length * scale / norm, dx = s.slant * dy;
+            QImage drop = canvas(QSizeF(dx + 3, dy + 3));
+            QPainter p(&drop);
+            p.setRenderHint(QPainter::Antialiasing);
+            QPen pen(qc(s.precipitationColor, s.precipitationAlpha), drizzle ? 0.8 : 1.1);
+            pen.setCapStyle(Qt::RoundCap);
+            p.setPen(pen);
+            // The head at the bottom right: a sprite drawn at (x - dx, y - dy) puts it at (x, y).
+            p.drawLine(QPointF(1.5, 1.5), QPointF(1.5 + dx, 1.5 + dy));
+            drops_.push_back(std::move(drop));
+        }
+    }
+    if (s.precipitation == Precipitation::snow) {
+        for (double r : {0.8, 1.2, 1.6}) {
+            QImage flake = canvas(QSizeF(2 * r + 2, 2 * r + 2));
+            QPainter p(&flake);
+            p.setRenderHint(QPainter::Antialiasing);
+            p.setPen(Qt::NoPen);
+            p.setBrush(qc(s.precipitationColor, s.precipitationAlpha));
+            p.drawEllipse(QPointF(r + 1, r + 1), r, r);
+            flakes_.push_back(std::move(flake));
+        }
+    }
 }
 
 void SkyPainter::paintClouds(QPainter& p, const QRectF& area, double seconds) const {
@@ -230,14 +265,12 @@ void SkyPainter::paintClouds(QPainter& p, const QRectF& area, double seconds) co
     }
 }
 
-void SkyPainter::paintFog(QPainter& p, const QRectF& area, double seconds) const {
+void SkyPainter::paintFog(QPainter& p, const QRectF& area) const {
     if (scene_.fogAlpha <= 0) return;
     p.setPen(Qt::NoPen);
     for (int i = 0; i < 3; ++i) {
         const double cy = area.top() + area.height() * (0.4 + 0.25 * i);
-        const double cx =
-            area.left() +
-            area.width() * (0.5 + 0.3 * std::sin(seconds * 0.04 * scene_.motionScale + i * 2.1));
+        const double cx = area.left() + area.width() * (0.5 + 0.3 * std::sin(i * 2.1));
         const double rx = area.width() * 0.75, ry = area.height() * 0.22;
         QRadialGradient band(QPointF(0, 0), 1);
         band.setColorAt(0, qc(scene_.fogColor, scene_.fogAlpha));
@@ -255,38 +288,34 @@ void SkyPainter::paintPrecipitation(QPainter& p, const QRectF& area, double seco
     const double w = area.width(), h = area.height();
     const double t = seconds * s.motionScale;
     if (s.precipitation == Precipitation::snow) {
+        if (flakes_.empty()) return;
         const int flakes = int(std::lround(s.amount * 56 * w / referenceWidth));
-        p.setPen(Qt::NoPen);
-        p.setBrush(qc(s.precipitationColor, s.precipitationAlpha));
         for (int i = 0; i < flakes; ++i) {
-            const double r = 0.8 + 0.9 * hash01(i, 21);
+            const QImage& sprite =
+                flakes_[std::size_t(hash01(i, 21) * double(flakes_.size())) % flakes_.size()];
             const double speed = h * 0.2 * (0.7 + 0.6 * hash01(i, 22));
             const double y = wrap(hash01(i, 23) * (h + 4) + speed * t, h + 4) - 2;
             const double sway = 5 * std::sin(t * 0.9 + 6.283 * hash01(i, 24));
             const double x = wrap(hash01(i, 25) * w + s.slant * y + sway, w);
-            p.drawEllipse(QPointF(area.left() + x, area.top() + y), r, r);
+            p.drawImage(QPointF(area.left() + x - 2, area.top() + y - 2), sprite);
         }
         return;
     }
+    if (drops_.empty()) return;
     const bool drizzle = s.precipitation == Precipitation::drizzle;
     const int drops = int(std::lround(s.amount * (drizzle ? 90 : 120) * w / referenceWidth));
-    const double length = drizzle ? 4 : 9;
     const double fall = h * (drizzle ? 1.2 : 1.9);
-    std::vector<QLineF> lines;
-    lines.reserve(std::size_t(drops));
-    const double norm = std::sqrt(1 + s.slant * s.slant);
     for (int i = 0; i < drops; ++i) {
-        const double len = length * (0.7 + 0.6 * hash01(i, 31));
+        const QImage& sprite =
+            drops_[std::size_t(hash01(i, 31) * double(drops_.size())) % drops_.size()];
+        const QSizeF size = sprite.deviceIndependentSize();
         const double speed = fall * (0.8 + 0.4 * hash01(i, 32));
-        const double y = wrap(hash01(i, 33) * (h + len) + speed * t, h + len);
+        const double y = wrap(hash01(i, 33) * (h + size.height()) + speed * t, h + size.height());
         const double x = wrap(hash01(i, 34) * w + s.slant * y, w);
-        const QPointF head(area.left() + x, area.top() + y);
-        lines.emplace_back(head, head - QPointF(s.slant * len / norm, len / norm));
+        p.drawImage(
+            QPointF(area.left() + x - size.width() + 1.5, area.top() + y - size.height() + 1.5),
+            sprite);
     }
-    QPen pen(qc(s.precipitationColor, s.precipitationAlpha), drizzle ? 0.8 : 1.1);
-    pen.setCapStyle(Qt::RoundCap);
-    p.setPen(pen);
-    p.drawLines(lines.data(), int(lines.size()));
 }
 
 void SkyPainter::paintLightning(QPainter& p, const QRectF& area, double seconds) const {

@@ -162,8 +162,20 @@ QRectF PanelHeader::mascotRect() const {
     return QRectF(Metrics::margin - 2, 14, size, size);
 }
 
+void PanelHeader::setBackdropTicking(bool ticking) {
+    if (ticking == backdropTicking_) return;
+    backdropTicking_ = ticking;
+    frameClock_.restart();
+    reschedule();
+}
+
 void PanelHeader::reschedule() {
     const bool run = wantAnimation_ && isVisible() && !model_.reduceMotion();
+    if (run && backdropTicking_) {
+        timer_.stop();
+        if (!moodTimer_.isActive()) moodTimer_.start();
+        return;
+    }
     if (!run) {
         timer_.stop();
         moodTimer_.stop();
@@ -215,6 +227,15 @@ void PanelHeader::paintEvent(QPaintEvent*) {
     const HeaderColors colors =
         ink_ ? HeaderColors{ink_->text, ink_->textSecondary, ink_->chip, ink_->shadow}
              : HeaderColors{pal.text, pal.textSecondary, pal.chip, false};
+
+    if (backdropTicking_ && frameClock_.isValid()) {
+        const double fps = std::clamp(model_.mascotFramesPerSecond(), 1.0, maxHeaderFps);
+        const int advance = int(double(frameClock_.elapsed()) * fps / 1000.0);
+        if (advance > 0) {
+            frame_ += advance;
+            frameClock_.restart();
+        }
+    }
 
     // The mascot, hopping while petted.
     const QRectF mascotBox = mascotRect().translated(0, -petLift());

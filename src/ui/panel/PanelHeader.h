@@ -40,6 +40,10 @@ public:
     bool isAnimating() const { return timer_.isActive(); }
     // Whether the owner wants motion at all (a screenshot does not); the sky follows it.
     bool animationWanted() const { return wantAnimation_; }
+    // While the backdrop repaints the whole header at its own rate, the mascot's frames ride
+    // on those paints (advanced by the time gone) instead of a second timer's.
+    void setBackdropTicking(bool ticking);
+    bool backdropTicking() const { return backdropTicking_; }
     // The greeting as last drawn, for tests and the accessible description.
     const QString& greeting() const { return greeting_; }
     // Shows a fixed frame: for screenshots.
@@ -83,6 +87,8 @@ private:
     QTimer moodTimer_;
     QString moodLine_;
     int frame_ = 0;
+    bool backdropTicking_ = false;
+    QElapsedTimer frameClock_;  // while the backdrop ticks: time since frame_ was last set
     bool wantAnimation_ = true;
     QElapsedTimer petClock_;
     bool keyboardFocus_ = false;

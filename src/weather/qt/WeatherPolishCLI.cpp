@@ -1,6 +1,10 @@
 #include "weather/qt/WeatherPolishCLI.h"
 
+#include <QApplication>
+
 #include "platform/linux/AtomicFile.h"
+#include "snapshot/SnapshotRunner.h"
+#include "snapshot/WeatherPolishPictures.h"
 #include "weather/WeatherCondition.h"
 #include "weather/WeatherText.h"
 #include "weather/qt/WeatherHarness.h"
@@ -57,6 +61,19 @@ int WeatherPolishCLI::run(const std::optional<std::string>& dir) {
                           {"night", greetingPhrase(std::nullopt, PartOfDay::night, false)}};
     if (dir) {
         platform::ensureDirectory(*dir);
+        // The words as they are drawn: each place's card and header sky, in both schemes.
+        snapshot::SnapshotRunner::prepareEnvironment();
+        static int argc = 1;
+        static char name[] = "trotlet";
+        static char* argv[] = {name, nullptr};
+        QApplication app(argc, argv);
+        snapshot::SnapshotRunner::prepareApplication();
+        std::string error;
+        const auto pictures = snapshot::writeWeatherPolishPictures(*dir, error);
+        if (!error.empty()) return harness::failure(error);
+        auto list = nlohmann::ordered_json::array();
+        for (const auto& picture : pictures) list.push_back({{"place", picture.place}, {"file", picture.file}});
+        out["pictures"] = std::move(list);
         const std::string path = *dir + "/weather-polish.json";
         auto written = platform::writeAtomically(path, out.dump(2) + "\n");
         if (!written) return harness::failure("cannot write " + path + ": " + written.error);

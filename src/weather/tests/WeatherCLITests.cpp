@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QImage>
 #include <QProcess>
 #include <QProcessEnvironment>
 #include <QTemporaryDir>
@@ -154,6 +155,11 @@ TEST_F(WeatherCLITest, PolishWritesTheTextTable) {
     auto j = r.json();
     EXPECT_EQ(j["rows"].size(), 29u * 2u * 4u);
     EXPECT_TRUE(QFile::exists(out.filePath("polish/weather-polish.json")));
+    ASSERT_EQ(j["pictures"].size(), 5u * 2u * 2u);  // places, card and header, light and dark
+    for (const auto& picture : j["pictures"]) {
+        const QImage image(out.filePath("polish/" + QString::fromStdString(picture["file"].get<std::string>())));
+        EXPECT_FALSE(image.isNull()) << picture["file"];
+    }
     CliRun plain = run({"--weather-polish"});
     EXPECT_EQ(plain.exitCode, 0);
 }
