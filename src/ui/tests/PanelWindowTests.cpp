@@ -141,6 +141,7 @@ TEST_F(PanelWindowTest, NoticeGrowsThePanelAndReportsItsButtons) {
     rig.model().setNotice(std::nullopt);
     EXPECT_FALSE(window.notice().isVisible());
     EXPECT_EQ(window.height(), plain);
+}
 
 // The sky moves only while the header is shown, wants motion and motion is allowed, and only
 // when its weather has something to move.
