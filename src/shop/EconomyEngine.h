@@ -149,6 +149,7 @@ public:
     const LifetimeStats& lifetime() const { return lifetime_; }
     const ClockStatus& clockStatus() const { return clock_.status; }
     std::optional<Timestamp> lastSeen() const { return clock_.lastSeen; }
+    const Calendar& calendar() const { return calendar_; }
     ShopNotices& notices() { return notices_; }
     bool isUserActive() const { return userActive_; }
     bool isPanelOpen() const { return panelOpen_; }

@@ -165,6 +165,26 @@ CatchResult ShopRuntime::catchGoldenFish(std::int64_t id) {
     return result;
 }
 
+PurchaseResult ShopRuntime::buy(const std::string& id) {
+    const PurchaseResult result = engine_->buy(id);
+    if (result.kind == PurchaseResult::Kind::bought) flush();
+    return result;
+}
+
+bool ShopRuntime::equip(const std::string& id) { return engine_->equip(id); }
+
+CheckInOutcome ShopRuntime::checkIn() {
+    const CheckInOutcome outcome = engine_->checkInOutcome();
+    // A rejected check-in changes nothing in the engine but may have found the clock behind.
+    if (outcome.kind != CheckInOutcome::Kind::collected) emit changed();
+    return outcome;
+}
+
+void ShopRuntime::dismissNotice(ShopNotice::Kind kind) {
+    engine_->notices().dismiss(kind);
+    emit changed();
+}
+
 void ShopRuntime::engineChanged() {
     dirty_ = true;
     if (inRoutineTick_)

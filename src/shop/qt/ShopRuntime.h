@@ -93,6 +93,12 @@ public:
     // The mascot's mood has just become overheated.
     void mascotOverheated();
     CatchResult catchGoldenFish(std::int64_t id);
+    // The shop's actions. A purchase is written before this returns: a user who paid must
+    // never lose the mascot to a crash a moment later.
+    PurchaseResult buy(const std::string& id);
+    bool equip(const std::string& id);
+    CheckInOutcome checkIn();
+    void dismissNotice(ShopNotice::Kind kind);
 
     // Writes pending changes now.
     void flush();
