@@ -1,5 +1,6 @@
 #include "mascot/qt/MascotAnimator.h"
 
+#include <algorithm>
 #include <cmath>
 #include <ctime>
 
@@ -17,6 +18,8 @@ LocalCalendar calendarAt(Timestamp now) {
 MascotAnimator::MascotAnimator(QObject* parent) : QObject(parent) {
     timer_.setTimerType(Qt::PreciseTimer);
     connect(&timer_, &QTimer::timeout, this, [this] { advance(now()); });
+    tryOnTimer_.setSingleShot(true);
+    connect(&tryOnTimer_, &QTimer::timeout, this, [this] { advance(now()); });
 }
 
 void MascotAnimator::setSettings(const Settings& settings) {
@@ -67,11 +70,7 @@ void MascotAnimator::apply(const MascotState& state) {
 }
 
 void MascotAnimator::advance(Timestamp t) {
-    if (tryOnEndsAt_ && t >= *tryOnEndsAt_) {
-        tryOn_.reset();
-        tryOnEndsAt_.reset();
-        renderer_.purge(drawnMascotId(), settings_.menuBarPixelSize);
-    }
+    if (tryOnEndsAt_ && t >= *tryOnEndsAt_) endTryOn();
     const auto& character = characterFor(drawnMascotId());
     const double rateBefore = motion_.visual().cyclesPerSecond;
     const auto tick = motion_.advance(t, character, !oneShot_.isEmpty());
@@ -125,17 +124,37 @@ void MascotAnimator::reschedule() {
 }
 
 void MascotAnimator::equip(const std::string& mascotId) {
+    const std::string before = drawnMascotId();
     equipped_ = mascotId;
+    tryOn_.reset();
+    tryOnEndsAt_.reset();
+    tryOnTimer_.stop();
     renderer_.purge(drawnMascotId(), settings_.menuBarPixelSize);
     publishLoopFrame(now());
     reschedule();
+    if (drawnMascotId() != before) emit drawnMascotChanged();
 }
 
 void MascotAnimator::tryOn(const std::string& mascotId, Timestamp until) {
+    const std::string before = drawnMascotId();
     tryOn_ = mascotId;
     tryOnEndsAt_ = until;
+    const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(until - now()).count();
+    tryOnTimer_.start(int(std::clamp<long long>(left + 1, 0, 24LL * 3600 * 1000)));
     publishLoopFrame(now());
     reschedule();
+    if (drawnMascotId() != before) emit drawnMascotChanged();
+}
+
+void MascotAnimator::endTryOn() {
+    tryOnTimer_.stop();
+    if (!tryOn_) return;
+    tryOn_.reset();
+    tryOnEndsAt_.reset();
+    renderer_.purge(drawnMascotId(), settings_.menuBarPixelSize);
+    publishLoopFrame(now());
+    reschedule();
+    emit drawnMascotChanged();
 }
 
 void MascotAnimator::setPaused(bool paused) {

@@ -52,9 +52,13 @@ public:
     // Images to show once each before the loop resumes.
     void playOneShot(const QList<QImage>& images);
 
+    // Equipping ends a try-on: the user has chosen.
     void equip(const std::string& mascotId);
     // Shows another mascot until `until` (the shop's try-on), then the equipped one again.
+    // The end comes on time even while the frame clock stands still.
     void tryOn(const std::string& mascotId, Timestamp until);
+    void endTryOn();
+    const std::optional<Timestamp>& tryOnEndsAt() const { return tryOnEndsAt_; }
     // Display sleep: no frames at all until woken.
     void setPaused(bool paused);
 
@@ -71,6 +75,8 @@ public:
 signals:
     void stateChanged();
     void menuBarFrameChanged();
+    // The mascot being drawn changed: equipped, tried on, or back from a try-on.
+    void drawnMascotChanged();
 
 private:
     void apply(const MascotState& state);
@@ -87,6 +93,7 @@ private:
     MascotMotion motion_;
     MascotRenderer renderer_;
     QTimer timer_;
+    QTimer tryOnTimer_;
     QList<QImage> oneShot_;
     QImage published_;
     qint64 publishedKey_ = 0;

@@ -97,6 +97,15 @@ TEST(MascotAnimator, EquipAndTryOn) {
     EXPECT_EQ(rig.animator.drawnMascotId(), "ghost");
     rig.tick(5.2);
     EXPECT_EQ(rig.animator.drawnMascotId(), "shiba");
+
+    // Equipping during a try-on is the user's choice: the try-on ends with it.
+    int changes = 0;
+    QObject::connect(&rig.animator, &MascotAnimator::drawnMascotChanged, [&] { ++changes; });
+    rig.animator.tryOn("fox", testing::at(100));
+    rig.animator.equip("bunny");
+    EXPECT_EQ(rig.animator.drawnMascotId(), "bunny");
+    EXPECT_FALSE(rig.animator.tryOnEndsAt().has_value());
+    EXPECT_EQ(changes, 2);
 }
 
 // Equipping a mascot draws it at once and drops every other mascot's frames, whichever
