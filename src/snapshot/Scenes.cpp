@@ -17,6 +17,7 @@
 #include "snapshot/SceneFixtures.h"
 #include "snapshot/ScenePainting.h"
 #include "snapshot/SceneRig.h"
+#include "snapshot/ShopScenes.h"
 #include "ui/cards/CardView.h"
 #include "ui/panel/PanelHeader.h"
 #include "ui/panel/PanelWindow.h"
@@ -240,6 +241,7 @@ std::vector<Scene> buildScenes() {
                                   });
                           }});
     }
+    addShopScenes(scenes);
     scenes.push_back({"hero", [] { return std::make_unique<HeroStage>(); }});
     addSkyScenes(scenes);
     return scenes;

@@ -31,11 +31,14 @@
 #include "settings/AppSettings.h"
 #include "settings/RawEnum.h"
 #include "shop/Catalog.h"
+#include "shop/ShopScreenContent.h"
 #include "shop/qt/ShopRuntime.h"
 #include "ui/overview/OverviewView.h"
 #include "ui/panel/PanelHeader.h"
 #include "ui/panel/PanelModel.h"
 #include "ui/panel/PanelWindow.h"
+#include "ui/shop/ShopInstall.h"
+#include "ui/shop/ShopScreen.h"
 #include "ui/theme/ThemeStore.h"
 #include "updates/PanelNotice.h"
 #include "updates/qt/InstallOfferStore.h"
@@ -113,6 +116,18 @@ void PanelHost::build() {
     });
     connect(&app_.shop(), &shop::ShopRuntime::changed, model_.get(), [this] {
         if (isOpen()) feedShop();
+    });
+    // The Shop tab and the Golden Fish in the header. A mascot tried on is the animator's to
+    // draw, in the menu bar and (through the model) in the header.
+    auto* shopScreen = ui::installShop(*window_, *model_, app_.shop(), *theme_);
+    connect(shopScreen, &ui::ShopScreen::tryOnRequested, this, [this](const QString& id) {
+        const auto until = std::chrono::system_clock::now() +
+                           std::chrono::milliseconds(std::lround(shop::tryOnSeconds * 1000));
+        app_.animator().tryOn(id.toStdString(), until);
+    });
+    connect(shopScreen, &ui::ShopScreen::tryOnStopped, this, [this] { app_.animator().endTryOn(); });
+    connect(&app_.animator(), &mascot::MascotAnimator::drawnMascotChanged, model_.get(), [this] {
+        if (isOpen()) feedMascot();
     });
     connect(&app_.weather().store(), &weather::WeatherStore::changed, model_.get(), [this] {
         if (isOpen()) feedWeather();

@@ -1,5 +1,7 @@
 #include "ui/theme/Icons.h"
 
+#include "ui/theme/ShopIcons.h"
+
 #include <QPainter>
 #include <QPainterPath>
 
@@ -432,6 +434,7 @@ const std::array<Entry, 39>& table() {
 const Drawer* find(std::string_view name) {
     for (const auto& e : table())
         if (e.name == name) return &e.draw;
+    if (const Drawer* shop = shopIcon(name)) return shop;
     // The night variant of a rain cloud draws like the day's, with the moon for the sun.
     if (name == "cloud.moon.rain.fill") {
         static const Drawer night = [](QPainter& p, const QColor& c) {
