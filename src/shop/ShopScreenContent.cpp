@@ -93,6 +93,7 @@ WalletContent describeWallet(const EconomyEngine& engine) {
             ", +" + percentOf(multiplier - 1) + " from " + (item ? item->name : "your mascot");
     }
     w.howToEarn = howToEarn(multiplier);
+    w.explainFirst = engine.streak().totalCheckIns == 0;
     w.accessibleSummary = w.balance + " Fish. " + w.earnedToday + ". " + w.nextFish + ".";
     return w;
 }
@@ -205,13 +206,17 @@ CheckInContent describeCheckIn(const EconomyEngine& engine) {
             }
             break;
         }
-        case CheckInCard::Kind::ready:
+        case CheckInCard::Kind::ready: {
             c.state = CheckInContent::State::ready;
             c.title = card.title;
-            c.detail = "Check in today to keep it going. " +
-                       tomorrowLine(R::checkInReward(
-                           engine.preview(engine.dayKey(engine.trustedNow())).day + 1));
+            const int64_t day = engine.preview(engine.dayKey(engine.trustedNow())).day;
+            // The day that earns the secret mascot is worth a word, without naming the secret.
+            c.detail =
+                day == Catalog::secretStreakDays && !engine.inventory().owns(Catalog::secretId)
+                    ? "Collect today for " + std::to_string(day) + " days in a row."
+                    : "Check in today to keep it going. " + tomorrowLine(R::checkInReward(day + 1));
             break;
+        }
     }
     if (c.state != CheckInContent::State::collected) {
         c.canCollect = true;

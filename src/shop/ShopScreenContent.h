@@ -36,6 +36,8 @@ struct WalletContent {
     std::string nextFish;  // "Next Fish in 4 min", "Paused while you're away", …
     std::string rate;      // "1 Fish every 10 min, +10% from Maneki"
     std::vector<EarnWay> howToEarn;
+    // A user who has never checked in meets the explainer unfolded.
+    bool explainFirst = false;
     std::string accessibleSummary;
     friend bool operator==(const WalletContent&, const WalletContent&) = default;
 };

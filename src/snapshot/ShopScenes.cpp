@@ -19,6 +19,7 @@
 #include "ui/panel/PanelWindow.h"
 #include "ui/shop/GoldenFishView.h"
 #include "ui/shop/MascotCardView.h"
+#include "ui/shop/ShopButton.h"
 #include "ui/shop/ShopInstall.h"
 #include "ui/shop/ShopScreen.h"
 #include "ui/shop/ShopSection.h"
@@ -163,6 +164,12 @@ void addShopScenes(std::vector<Scene>& scenes) {
         // The clock set back a day: the next look at it finds it behind.
         s.clock().shiftWall(-86400);
         s.shop().engine().observeClock();
+    });
+    add(scenes, "panel-shop-welcome", ShopDemo::rich, [](ShopStage& s) {
+        // Just after adopting the unicorn.
+        s.screen().mascotCard("unicorn")->setConfirming(true);
+        s.screen().mascotCard("unicorn")->primaryButton().click();
+        feedModel(s.rig().model(), s.shop());
     });
     scenes.push_back(
         {"panel-header-goldenfish", [] { return std::make_unique<GoldenFishStage>(); }});

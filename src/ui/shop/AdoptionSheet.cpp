@@ -20,7 +20,7 @@ namespace {
 using shoppaint::qs;
 
 constexpr int cardWidth = Metrics::gridWidth - 2 * Metrics::spacingLarge;
-constexpr int cardHeight = 268;
+constexpr int titleHeight = 24;
 constexpr int pad = Metrics::margin + Metrics::spacingSmall;
 
 }  // namespace
@@ -49,8 +49,12 @@ AdoptionSheet::AdoptionSheet(MascotPreviews& previews, const ThemeStore& theme, 
 }
 
 QRectF AdoptionSheet::cardRect() const {
-    return QRectF((width() - cardWidth) / 2.0, std::max(24.0, (height() - cardHeight) / 2.0 - 40),
-                  cardWidth, cardHeight);
+    const qreal body = shoppaint::wrappedHeight(body_, theme_.theme().type().body, cardWidth - 2 * pad);
+    const qreal h = pad + ShopMetrics::sheetPreview + Metrics::spacingLarge + titleHeight + 2 + body +
+                    Metrics::margin + ShopMetrics::buttonHeight + pad;
+    // A little above the middle, where the eye rests.
+    return QRectF((width() - cardWidth) / 2.0, std::max<qreal>(Metrics::margin, (height() - h) / 2.0 - 40),
+                  cardWidth, h);
 }
 
 QRectF AdoptionSheet::previewRect() const {
@@ -70,6 +74,7 @@ void AdoptionSheet::present(const std::string& mascotId, bool earned, bool equip
     setAccessibleName(title_);
     setAccessibleDescription(body_);
     setGeometry(parentWidget()->rect());
+    placeButtons();
     frame_ = 0;
     raise();
     show();
@@ -83,7 +88,9 @@ void AdoptionSheet::close() {
     emit closed();
 }
 
-void AdoptionSheet::resizeEvent(QResizeEvent*) {
+void AdoptionSheet::resizeEvent(QResizeEvent*) { placeButtons(); }
+
+void AdoptionSheet::placeButtons() {
     const QRectF card = cardRect();
     const int y = int(card.bottom()) - pad - ShopMetrics::buttonHeight;
     const int gap = Metrics::spacing;
@@ -132,11 +139,11 @@ void AdoptionSheet::paintEvent(QPaintEvent*) {
     p.setFont(theme.type().title);
     p.setPen(pal.text);
     const qreal textTop = preview.bottom() + Metrics::spacingLarge;
-    p.drawText(QRectF(card.left() + pad, textTop, card.width() - 2 * pad, 24), Qt::AlignCenter,
+    p.drawText(QRectF(card.left() + pad, textTop, card.width() - 2 * pad, titleHeight), Qt::AlignCenter,
                title_);
     p.setFont(theme.type().body);
     p.setPen(pal.textSecondary);
-    p.drawText(QRectF(card.left() + pad, textTop + 26, card.width() - 2 * pad, 44),
+    p.drawText(QRectF(card.left() + pad, textTop + titleHeight + 2, card.width() - 2 * pad, 60),
                Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap, body_);
 }
 

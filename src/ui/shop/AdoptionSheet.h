@@ -36,6 +36,7 @@ protected:
 private:
     QRectF cardRect() const;
     QRectF previewRect() const;
+    void placeButtons();
     void close();
 
     MascotPreviews& previews_;

@@ -48,6 +48,11 @@ QImage MascotPreviews::silhouette(const std::string& id, int size, qreal dpr, co
     return silhouettes_.emplace(key, image).first->second;
 }
 
+void MascotPreviews::releaseCaches() {
+    renderer_ = mascot::MascotRenderer();
+    silhouettes_.clear();
+}
+
 void MascotPreviews::track(QWidget* view, QRect area) { tracked_.push_back({view, area}); }
 
 void MascotPreviews::setRunning(bool running) {

@@ -42,6 +42,8 @@ public:
     int lastTickRepaints() const { return lastRepaints_; }
     // Advances one frame, as the clock does.
     void tick();
+    // Drops every drawn loop; the next paint draws again.
+    void releaseCaches();
 
 private:
     struct Tracked {

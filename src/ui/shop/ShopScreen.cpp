@@ -318,6 +318,13 @@ void ShopScreen::refreshBanners() {
         banners_.push_back(banner);
         bannerColumn_->addWidget(banner);
     }
+    // New banners come first for the keyboard too, before the wallet they sit above.
+    QWidget* before = wallet_->historyButton().previousInFocusChain();
+    for (ShopNoticeBanner* banner : banners_) {
+        setTabOrder(before, &banner->dismissButton());
+        before = &banner->dismissButton();
+    }
+    if (!banners_.empty()) setTabOrder(before, &wallet_->historyButton());
 }
 
 void ShopScreen::collect() {

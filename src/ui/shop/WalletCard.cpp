@@ -41,7 +41,10 @@ WalletCard::WalletCard(const ThemeStore& theme, QWidget* parent) : QWidget(paren
 void WalletCard::setContent(const shop::WalletContent& content) {
     if (content == content_) return;
     const bool rows = content.howToEarn != content_.howToEarn;
+    const bool first = content_.balance.empty();
     content_ = content;
+    // Unfolded for a newcomer when the card first shows; later it stays as the user left it.
+    if (first && content_.explainFirst) setExplainerOpen(true);
     setAccessibleName(QStringLiteral("Wallet"));
     setAccessibleDescription(qs(content_.accessibleSummary));
     if (rows) relayout();

@@ -171,6 +171,20 @@ TEST_F(ShopScreenTest, AGoldenFishClickedAtFourPointSixPaysAndAtFourPointEightIs
     EXPECT_EQ(shop->engine().wallet().balance(), 5);
     EXPECT_EQ(fish->reaction(), "Too late");
     EXPECT_EQ(shop->engine().lifetime().goldenFishMissed, 1);
+
+    // With reduced motion the fish waits in one place, and still swims only its 4.2 s.
+    rig.model().setReduceMotion(true);
+    shop->engine().spawnGoldenFish(clock->wall());
+    emit shop->goldenFishChanged();
+    clock->advance(1);
+    fish->step();
+    const QPoint still = fish->pos();
+    clock->advance(2);
+    fish->step();
+    EXPECT_EQ(fish->pos(), still);
+    clock->advance(1.5);
+    fish->step();
+    EXPECT_FALSE(fish->isVisible());
 }
 
 TEST_F(ShopScreenTest, ANoticeShowsOnceAndGoesWhenDismissed) {
