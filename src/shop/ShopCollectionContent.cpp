@@ -112,7 +112,7 @@ std::vector<CatalogCard> describeCatalog(const EconomyEngine& engine,
 }
 
 std::string purchaseQuestion(const CatalogItem& item) {
-    return "Adopt " + item.displayName() + " for " + fishCount(item.price.amount) + " Fish?";
+    return "Adopt " + item.name + " for " + fishCount(item.price.amount) + " Fish?";
 }
 
 std::string welcomeTitle(const CatalogItem& item) { return "Welcome home, " + item.name; }

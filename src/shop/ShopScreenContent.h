@@ -166,7 +166,7 @@ std::vector<CatalogCard> describeCatalog(const EconomyEngine& engine,
 std::string rarityTitle(Rarity rarity);
 
 // The confirmation before a purchase and the welcome after it.
-std::string purchaseQuestion(const CatalogItem& item);  // "Adopt Kibo the Shiba for 250 Fish?"
+std::string purchaseQuestion(const CatalogItem& item);  // "Adopt Kibo for 250 Fish?"
 std::string welcomeTitle(const CatalogItem& item);      // "Welcome home, Kibo"
 std::string welcomeBody(const CatalogItem& item, bool earned);
 

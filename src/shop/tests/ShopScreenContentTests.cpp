@@ -184,7 +184,7 @@ TEST(CatalogCard, EachStatusHasItsActionAndWords) {
         EXPECT_EQ(c.canTryOn, r.tryOn);
         EXPECT_EQ(c.secret, r.secret);
     }
-    EXPECT_EQ(purchaseQuestion(*Catalog::item("shiba")), "Adopt Kibo the Shiba for 250 Fish?");
+    EXPECT_EQ(purchaseQuestion(*Catalog::item("shiba")), "Adopt Kibo for 250 Fish?");
     EXPECT_EQ(welcomeTitle(*Catalog::item("shiba")), "Welcome home, Kibo");
 }
 

@@ -20,6 +20,12 @@ using Action = shop::CatalogCard::Action;
 constexpr int pad = Metrics::spacingLarge;
 constexpr int textLeft = pad + ShopMetrics::previewTile + pad;
 
+QFont taglineFont(const TypeScale& type) {
+    QFont font = type.caption;
+    font.setItalic(true);
+    return font;
+}
+
 }  // namespace
 
 MascotCardView::MascotCardView(MascotPreviews& previews, const ThemeStore& theme, QWidget* parent)
@@ -69,7 +75,7 @@ MascotCardView::Layout MascotCardView::layout() const {
     const qreal nameLine = QFontMetricsF(type.title).height();
     const qreal caption = QFontMetricsF(type.caption).height();
     l.tagline = pad + nameLine + caption + 2;
-    qreal y = l.tagline + shoppaint::wrappedHeight(qs(content_.tagline), type.caption, w);
+    qreal y = l.tagline + shoppaint::wrappedHeight(qs(content_.tagline), taglineFont(type), w);
     if (!content_.highlight.empty()) {
         l.highlight = y + Metrics::spacingSmall;
         y = l.highlight + shoppaint::wrappedHeight(qs(content_.highlight), type.caption,
@@ -250,8 +256,8 @@ void MascotCardView::paintEvent(QPaintEvent* event) {
     p.drawText(QRectF(textLeft, pad + nameFm.height(), w, QFontMetricsF(type.caption).height()),
                Qt::AlignLeft | Qt::AlignVCenter, qs(content_.species));
     const Layout l = layout();
-    shoppaint::wrapped(p, QRectF(textLeft, l.tagline, w, 100), qs(content_.tagline), type.caption,
-                       pal.textTertiary);
+    shoppaint::wrapped(p, QRectF(textLeft, l.tagline, w, 100), qs(content_.tagline),
+                       taglineFont(type), pal.textSecondary);
     if (!content_.highlight.empty()) {
         const QColor tint = content_.highlightSymbol == "sparkles" ? pal.named("orange")
                             : content_.secret                      ? pal.textSecondary

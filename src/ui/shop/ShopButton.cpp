@@ -13,7 +13,9 @@ namespace trotlet::ui {
 
 ShopButton::ShopButton(Style style, const ThemeStore& theme, QWidget* parent)
     : QAbstractButton(parent), style_(style), theme_(theme) {
-    setFocusPolicy(Qt::StrongFocus);
+    // The keyboard reaches it with Tab; a click leaves the focus where it was, so a button that
+    // disables itself (Collect) doesn't throw a focus ring onto its neighbour.
+    setFocusPolicy(Qt::TabFocus);
     setCursor(Qt::PointingHandCursor);
     setAttribute(Qt::WA_Hover);
     connect(this, &QAbstractButton::toggled, this, [this] { update(); });

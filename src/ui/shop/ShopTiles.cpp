@@ -95,7 +95,7 @@ void GoldenFishTile::paintEvent(QPaintEvent*) {
 AchievementsTile::AchievementsTile(const ThemeStore& theme, QWidget* parent)
     : QAbstractButton(parent), theme_(theme) {
     setObjectName(QStringLiteral("shop.achievements"));
-    setFocusPolicy(Qt::StrongFocus);
+    setFocusPolicy(Qt::TabFocus);
     setCursor(Qt::PointingHandCursor);
     setAttribute(Qt::WA_Hover);
     setFixedSize(ShopMetrics::tileWidth, tileHeight);

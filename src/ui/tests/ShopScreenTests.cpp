@@ -232,6 +232,10 @@ TEST_F(ShopScreenTest, CollectEarnsTheLegendAndTheKeyboardWalksThePages) {
     press(&screen->ledger(), Qt::Key_Escape);
     EXPECT_EQ(screen->page(), ShopScreen::Page::main);
     EXPECT_TRUE(history.hasFocus());
+
+    window->hide();
+    window->show();
+    EXPECT_TRUE(screen->checkIn().note().empty()) << "what a collect said is told once";
 }
 
 }  // namespace
