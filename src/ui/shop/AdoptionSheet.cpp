@@ -36,9 +36,9 @@ AdoptionSheet::AdoptionSheet(MascotPreviews& previews, const ThemeStore& theme, 
     equip_->setObjectName(QStringLiteral("shop.welcome.equip"));
     connect(later_, &ShopButton::clicked, this, &AdoptionSheet::close);
     connect(equip_, &ShopButton::clicked, this, [this] {
-        const std::string id = id_;
+        // Equipped first, so that closing finds no try-on left to undo.
+        emit equipRequested(id_);
         close();
-        emit equipRequested(id);
     });
     frames_.setInterval(1000 / ShopMetrics::previewFps);
     connect(&frames_, &QTimer::timeout, this, [this] {

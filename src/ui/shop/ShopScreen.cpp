@@ -102,6 +102,8 @@ ShopScreen::ShopScreen(PanelModel& model, shop::ShopRuntime& shop, const ThemeSt
     sheet_ = new AdoptionSheet(*previews_, theme_, this);
     connect(sheet_, &AdoptionSheet::equipRequested, this, &ShopScreen::equip);
     connect(sheet_, &AdoptionSheet::closed, this, [this] {
+        // "Later" after trying the newcomer on: back to the one the user kept.
+        if (tryingOn() == sheet_->mascotId()) emit tryOnStopped();
         if (MascotCardView* card = mascotCard(sheet_->mascotId()))
             card->setFocus(Qt::OtherFocusReason);
     });
