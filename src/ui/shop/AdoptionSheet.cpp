@@ -49,12 +49,13 @@ AdoptionSheet::AdoptionSheet(MascotPreviews& previews, const ThemeStore& theme, 
 }
 
 QRectF AdoptionSheet::cardRect() const {
-    const qreal body = shoppaint::wrappedHeight(body_, theme_.theme().type().body, cardWidth - 2 * pad);
-    const qreal h = pad + ShopMetrics::sheetPreview + Metrics::spacingLarge + titleHeight + 2 + body +
-                    Metrics::margin + ShopMetrics::buttonHeight + pad;
+    const qreal body =
+        shoppaint::wrappedHeight(body_, theme_.theme().type().body, cardWidth - 2 * pad);
+    const qreal h = pad + ShopMetrics::sheetPreview + Metrics::spacingLarge + titleHeight + 2 +
+                    body + Metrics::margin + ShopMetrics::buttonHeight + pad;
     // A little above the middle, where the eye rests.
-    return QRectF((width() - cardWidth) / 2.0, std::max<qreal>(Metrics::margin, (height() - h) / 2.0 - 40),
-                  cardWidth, h);
+    return QRectF((width() - cardWidth) / 2.0,
+                  std::max<qreal>(Metrics::margin, (height() - h) / 2.0 - 40), cardWidth, h);
 }
 
 QRectF AdoptionSheet::previewRect() const {
@@ -139,8 +140,8 @@ void AdoptionSheet::paintEvent(QPaintEvent*) {
     p.setFont(theme.type().title);
     p.setPen(pal.text);
     const qreal textTop = preview.bottom() + Metrics::spacingLarge;
-    p.drawText(QRectF(card.left() + pad, textTop, card.width() - 2 * pad, titleHeight), Qt::AlignCenter,
-               title_);
+    p.drawText(QRectF(card.left() + pad, textTop, card.width() - 2 * pad, titleHeight),
+               Qt::AlignCenter, title_);
     p.setFont(theme.type().body);
     p.setPen(pal.textSecondary);
     p.drawText(QRectF(card.left() + pad, textTop + titleHeight + 2, card.width() - 2 * pad, 60),

@@ -9,6 +9,7 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QTimer>
 
 #include <cstdio>
@@ -23,6 +24,7 @@
 #include "ui/panel/PanelHeader.h"
 #include "ui/panel/PanelWindow.h"
 #include "ui/shop/GoldenFishView.h"
+#include "ui/shop/LedgerList.h"
 #include "ui/shop/MascotCardView.h"
 #include "ui/shop/MascotPreviews.h"
 #include "ui/shop/ShopInstall.h"
@@ -120,6 +122,23 @@ int main(int argc, char** argv) {
     const double catalogShare = cpuShareOver(2000);
     screen->setAnimating(false);
 
+    // The Fish history at its longest: 500 rows, scrolled a row and a half at a time.
+    for (int i = 0; i < 520; ++i) runtime.engine().grantDebugFish(1, "bench");
+    screen->showPage(ui::ShopScreen::Page::history);
+    window.repaint();
+    auto* history = screen->findChild<QScrollArea*>(QStringLiteral("shop.historyPage"));
+    const int steps = 200;
+    QElapsedTimer scroll;
+    scroll.start();
+    for (int i = 1; i <= steps; ++i) {
+        history->verticalScrollBar()->setValue(i * 78);
+        window.repaint();
+    }
+    const double scrollMs = double(scroll.nsecsElapsed()) / 1e6 / steps;
+    const int ledgerRows = screen->ledger().rowCount();
+    const int paintedRows = screen->ledger().lastPaintedRows();
+    screen->showPage(ui::ShopScreen::Page::main);
+
     // The header alone, then the header with a fish crossing it.
     window.showTab(panel::PanelTab::overview);
     QApplication::processEvents();
@@ -132,9 +151,13 @@ int main(int argc, char** argv) {
     std::printf(
         "{\"platform\":\"%s\",\"shopTabFirstFrameColdMs\":%.1f,\"shopTabFirstFrameWarmMs\":%.2f,"
         "\"catalogFirstFrameColdMs\":%.1f,\"allThirteenPreviewLoopsMs\":%.1f,"
-        "\"previewTickMs\":%.2f,\"previewRepaintsPerTick\":%.1f,\"catalogAnimatingCpuPercent\":%.2f,"
-        "\"headerIdleCpuPercent\":%.2f,\"goldenFishSwimCpuPercent\":%.2f,\"fishFrameIntervalMs\":%d}\n",
-        qPrintable(QGuiApplication::platformName()), cold, warm, coldCatalog, allLoopsMs, tickMs, double(repaints) / ticks,
-        catalogShare * 100, idleShare * 100, swimShare * 100, fish ? fish->frameIntervalMs() : -1);
+        "\"previewTickMs\":%.2f,\"previewRepaintsPerTick\":%.1f,\"catalogAnimatingCpuPercent\":%."
+        "2f,"
+        "\"ledgerRows\":%d,\"ledgerScrollStepMs\":%.2f,\"ledgerRowsPaintedPerStep\":%d,"
+        "\"headerIdleCpuPercent\":%.2f,\"goldenFishSwimCpuPercent\":%.2f,\"fishFrameIntervalMs\":%"
+        "d}\n",
+        qPrintable(QGuiApplication::platformName()), cold, warm, coldCatalog, allLoopsMs, tickMs,
+        double(repaints) / ticks, catalogShare * 100, ledgerRows, scrollMs, paintedRows,
+        idleShare * 100, swimShare * 100, fish ? fish->frameIntervalMs() : -1);
     return 0;
 }
