@@ -1,5 +1,6 @@
 // The Shop tab's catalog, achievements and Fish history.
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdio>
 
@@ -92,6 +93,15 @@ CatalogCard describeCatalogItem(const CatalogItem& item, ItemStatus status, int6
     // Only what the user can still buy is worth trying on; the secret stays a secret.
     c.canTryOn = status.kind == K::canBuy || status.kind == K::needsFish;
     c.tryingOn = tryingOn && c.canTryOn;
+    if (c.canTryOn) c.tryOnLabel = c.tryingOn ? "Stop" : "Try on";
+    if (status.kind == K::equipped)
+        c.badge = CatalogCard::Badge::equipped;
+    else if (c.tryingOn)
+        c.badge = CatalogCard::Badge::tryingOn;
+    else if (status.kind == K::owned)
+        c.badge = CatalogCard::Badge::owned;
+    constexpr std::array<std::string_view, 4> badges = {"", "Equipped", "Trying on", "Owned"};
+    c.badgeText = badges[static_cast<size_t>(c.badge)];
 
     c.accessibleName = item.displayName() + ", " + c.rarity;
     c.accessibleDescription = c.tagline;
@@ -100,6 +110,12 @@ CatalogCard describeCatalogItem(const CatalogItem& item, ItemStatus status, int6
     if (!c.highlight.empty()) c.accessibleDescription += " " + c.highlight;
     if (!c.note.empty()) c.accessibleDescription += " " + c.note + ".";
     return c;
+}
+
+std::string ownedSummary(const Inventory& inventory) {
+    size_t owned = 0;
+    for (const CatalogItem& item : Catalog::all()) owned += inventory.owns(item.id) ? 1 : 0;
+    return std::to_string(owned) + " of " + std::to_string(Catalog::all().size()) + " owned";
 }
 
 std::vector<CatalogCard> describeCatalog(const EconomyEngine& engine,

@@ -153,6 +153,11 @@ struct CatalogCard {
     double affordFraction = 0;  // how much of the price the balance covers, for needsFish
     bool canTryOn = false;
     bool tryingOn = false;
+    std::string tryOnLabel;  // "Try on", "Stop"
+    // What stands top right in place of the price: "Equipped", "Trying on", "Owned".
+    enum class Badge { none, equipped, tryingOn, owned };
+    Badge badge = Badge::none;
+    std::string badgeText;
     bool secret = false;  // an earned mascot not yet earned: drawn as a silhouette
     std::string accessibleName;
     std::string accessibleDescription;
@@ -164,6 +169,8 @@ CatalogCard describeCatalogItem(const CatalogItem& item, ItemStatus status, int6
 std::vector<CatalogCard> describeCatalog(const EconomyEngine& engine,
                                          const std::optional<std::string>& tryingOn);
 std::string rarityTitle(Rarity rarity);
+// "3 of 13 owned".
+std::string ownedSummary(const Inventory& inventory);
 
 // The confirmation before a purchase and the welcome after it.
 std::string purchaseQuestion(const CatalogItem& item);  // "Adopt Kibo for 250 Fish?"

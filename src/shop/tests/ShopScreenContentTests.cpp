@@ -185,6 +185,11 @@ TEST(CatalogCard, EachStatusHasItsActionAndWords) {
         EXPECT_EQ(c.secret, r.secret);
     }
     EXPECT_EQ(purchaseQuestion(*Catalog::item("shiba")), "Adopt Kibo for 250 Fish?");
+    const CatalogCard trying =
+        describeCatalogItem(*Catalog::item("fox"), {K::needsFish, 9}, 491, 0, true);
+    EXPECT_EQ(trying.badgeText, "Trying on");
+    EXPECT_EQ(trying.tryOnLabel, "Stop");
+    EXPECT_EQ(ownedSummary(Inventory({"cat", "shiba", "goldenCat"}, "cat")), "3 of 13 owned");
     EXPECT_EQ(welcomeTitle(*Catalog::item("shiba")), "Welcome home, Kibo");
 }
 

@@ -113,7 +113,7 @@ void MascotCardView::relayout() {
     } else {
         primary = qs(content_.actionLabel);
         if (content_.canTryOn) {
-            secondary = content_.tryingOn ? QStringLiteral("Stop") : QStringLiteral("Try on");
+            secondary = qs(content_.tryOnLabel);
             secondarySymbol = "eye";
         }
     }
@@ -217,8 +217,9 @@ void MascotCardView::paintEvent(QPaintEvent* event) {
     shoppaint::pill(p, QPointF(pillX, pillY), qs(content_.rarity), type.caption, rarity);
 
     const QRectF right(textLeft, pad, w, nameFm.height());
-    if (equipped || content_.tryingOn) {
-        const QString label = equipped ? QStringLiteral("Equipped") : QStringLiteral("Trying on");
+    using Badge = shop::CatalogCard::Badge;
+    if (content_.badge == Badge::equipped || content_.badge == Badge::tryingOn) {
+        const QString label = qs(content_.badgeText);
         const QColor tint = equipped ? pal.accent : shoppaint::gold(pal);
         const qreal pw = shoppaint::pillWidth(label, type.label) + Metrics::iconSize;
         QColor pb = tint;
@@ -235,10 +236,10 @@ void MascotCardView::paintEvent(QPaintEvent* event) {
         p.setFont(type.label);
         p.setPen(tint);
         p.drawText(box.adjusted(icon + 8, 0, -6, 0), Qt::AlignLeft | Qt::AlignVCenter, label);
-    } else if (content_.status.kind == shop::ItemStatus::Kind::owned) {
+    } else if (content_.badge == Badge::owned) {
         p.setFont(type.caption);
         p.setPen(pal.textSecondary);
-        p.drawText(right, Qt::AlignRight | Qt::AlignVCenter, QStringLiteral("Owned"));
+        p.drawText(right, Qt::AlignRight | Qt::AlignVCenter, qs(content_.badgeText));
     } else if (content_.priceInFish) {
         const QString price =
             qs(content_.price) + QStringLiteral(" ") + QString::fromUtf8("\xF0\x9F\x90\x9F");

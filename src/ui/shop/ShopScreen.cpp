@@ -275,12 +275,9 @@ void ShopScreen::refresh() {
     fishTile_->setContent(shop::describeGoldenFish(engine));
     achievementsTile_->setSummary(shop::summarizeAchievements(engine.achievements()));
     const auto catalog = shop::describeCatalog(engine, tryingOn());
-    int owned = 0;
-    for (std::size_t i = 0; i < catalog.size() && i < cards_.size(); ++i) {
+    for (std::size_t i = 0; i < catalog.size() && i < cards_.size(); ++i)
         cards_[i]->setContent(catalog[i]);
-        owned += engine.inventory().owns(catalog[i].id);
-    }
-    catalogTitle_->setFact(QStringLiteral("%1 of %2 owned").arg(owned).arg(catalog.size()));
+    catalogTitle_->setFact(qs(shop::ownedSummary(engine.inventory())));
     refreshPages();
 }
 
@@ -346,13 +343,8 @@ void ShopScreen::collect() {
 void ShopScreen::buy(const std::string& id) {
     const shop::PurchaseResult result = shop_.buy(id);
     refresh();
-    if (result.kind == shop::PurchaseResult::Kind::bought) {
-        sheet_->present(id, false, false);
-    } else if (result.kind == shop::PurchaseResult::Kind::notEnoughFish) {
-        toast_->present(
-            QStringLiteral("%1 more Fish needed").arg(qs(shop::fishCount(result.missing))),
-            "fish.fill");
-    }
+    // Any other answer leaves the card as the refresh shows it (bought elsewhere, or short).
+    if (result.kind == shop::PurchaseResult::Kind::bought) sheet_->present(id, false, false);
 }
 
 void ShopScreen::equip(const std::string& id) {
