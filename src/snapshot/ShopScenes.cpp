@@ -151,6 +151,10 @@ void addShopScenes(std::vector<Scene>& scenes) {
         s.screen().mascotCard("penguin")->setConfirming(true);
         s.scrollTo(&s.screen().catalogTitle());
     });
+    add(scenes, "panel-shop-catalog-end", ShopDemo::rich, [](ShopStage& s) {
+        // The end of the catalog: the legendaries, Maneki's perk and the secret.
+        s.scrollTo(s.screen().mascotCard("unicorn"));
+    });
     add(scenes, "panel-shop-achievements", ShopDemo::midGame,
         [](ShopStage& s) { s.screen().showPage(ui::ShopScreen::Page::achievements); });
     add(scenes, "panel-shop-ledger", ShopDemo::midGame,
