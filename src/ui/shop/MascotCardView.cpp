@@ -35,8 +35,6 @@ MascotCardView::MascotCardView(MascotPreviews& previews, const ThemeStore& theme
     primary_->setCompact(true);
     secondary_ = new ShopButton(ShopButton::Style::secondary, theme_, this);
     secondary_->setCompact(true);
-    // Keyboard order follows reading order: "Try on" sits left of "Buy".
-    setTabOrder(secondary_, primary_);
     connect(primary_, &ShopButton::clicked, this, &MascotCardView::primaryClicked);
     connect(secondary_, &ShopButton::clicked, this, &MascotCardView::secondaryClicked);
     previews_.track(this, previewRect());

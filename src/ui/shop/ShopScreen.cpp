@@ -187,6 +187,7 @@ void ShopScreen::buildMain() {
     column->addStretch(1);
     mainScroll_ = makeScroll(content);
     mainScroll_->setObjectName(QStringLiteral("shop.main"));
+    updateTabOrder();
 }
 
 void ShopScreen::buildAchievements() {
@@ -317,13 +318,26 @@ void ShopScreen::refreshBanners() {
         banners_.push_back(banner);
         bannerColumn_->addWidget(banner);
     }
-    // New banners come first for the keyboard too, before the wallet they sit above.
-    QWidget* before = wallet_->historyButton().previousInFocusChain();
-    for (ShopNoticeBanner* banner : banners_) {
-        setTabOrder(before, &banner->dismissButton());
-        before = &banner->dismissButton();
+    updateTabOrder();
+}
+
+void ShopScreen::updateTabOrder() {
+    // Reading order, top to bottom and left to right. Set outright: widgets built before they
+    // had their parent join the focus chain wherever they were reparented.
+    std::vector<QWidget*> order;
+    for (ShopNoticeBanner* banner : banners_) order.push_back(&banner->dismissButton());
+    order.insert(order.end(),
+                 {&wallet_->historyButton(), &wallet_->explainerButton(),
+                  &checkIn_->collectButton(), &fishTile_->catchButton(), achievementsTile_});
+    for (MascotCardView* card : cards_) {
+        order.push_back(&card->secondaryButton());
+        order.push_back(&card->primaryButton());
     }
-    if (!banners_.empty()) setTabOrder(before, &wallet_->historyButton());
+    QWidget* before = mainScroll_;
+    for (QWidget* w : order) {
+        setTabOrder(before, w);
+        before = w;
+    }
 }
 
 void ShopScreen::collect() {

@@ -89,6 +89,7 @@ private:
     void buildAchievements();
     void buildHistory();
     void refreshBanners();
+    void updateTabOrder();
     void refreshPages();
     void updateAnimation();
     void collect();

@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QScrollArea>
 
 #include "mascot/qt/MascotAnimator.h"
 #include "shop/ShopDemoStates.h"
@@ -18,11 +19,14 @@
 #include "ui/shop/GoldenFishView.h"
 #include "ui/shop/LedgerList.h"
 #include "ui/shop/MascotCardView.h"
-#include "ui/shop/ShopNoticeBanner.h"
+#include "ui/shop/MascotPreviews.h"
 #include "ui/shop/ShopButton.h"
 #include "ui/shop/ShopInstall.h"
+#include "ui/shop/ShopNoticeBanner.h"
 #include "ui/shop/ShopScreen.h"
+#include "ui/shop/ShopTiles.h"
 #include "ui/shop/WalletCard.h"
+#include "ui/theme/Icons.h"
 
 namespace trotlet::ui {
 namespace {
@@ -236,6 +240,107 @@ TEST_F(ShopScreenTest, CollectEarnsTheLegendAndTheKeyboardWalksThePages) {
     window->hide();
     window->show();
     EXPECT_TRUE(screen->checkIn().note().empty()) << "what a collect said is told once";
+}
+
+TEST_F(ShopScreenTest, EverySymbolTheShopNamesIsDrawn) {
+    std::vector<std::string> symbols;
+    for (const auto& a : shop::Achievement::all()) symbols.emplace_back(a.symbol);
+    for (std::string_view kind : shop::LedgerReason::kindNames) {
+        shop::LedgerEntry entry;
+        if (kind == "achievement")
+            entry.reason = shop::LedgerReason::achievement("marathon");
+        else if (kind == "purchase")
+            entry.reason = shop::LedgerReason::purchase("fox");
+        else if (kind == "checkIn")
+            entry.reason = shop::LedgerReason::checkIn(3);
+        else if (kind == "debug")
+            entry.reason = shop::LedgerReason::debug("x");
+        else if (kind == "correction")
+            entry.reason = shop::LedgerReason::correction("x");
+        else if (kind == "welcomeGift")
+            entry.reason = shop::LedgerReason::welcomeGift();
+        else if (kind == "passive")
+            entry.reason = shop::LedgerReason::passive();
+        else if (kind == "goldenFish")
+            entry.reason = shop::LedgerReason::goldenFish();
+        symbols.push_back(shop::describeLedgerEntry(entry).symbol);
+    }
+    std::vector<shop::ShopNotice> all;
+    for (int k = 0; k <= int(shop::ShopNotice::Kind::clockBehind); ++k)
+        all.push_back({shop::ShopNotice::Kind(k)});
+    for (const auto status :
+         {shop::ClockStatus::Kind::behind, shop::ClockStatus::Kind::jumpedForward})
+        for (const auto& b : shop::describeBanners(all, {status})) symbols.push_back(b.symbol);
+    for (const auto& way : shop::howToEarn(1)) symbols.push_back(way.symbol);
+    for (const char* id : {"maneki", "goldenCat"}) {
+        const auto* item = shop::Catalog::item(id);
+        symbols.push_back(
+            describeCatalogItem(*item, {shop::ItemStatus::Kind::notForSale}, 0, 0, false)
+                .highlightSymbol);
+        symbols.push_back(describeCatalogItem(*item, {shop::ItemStatus::Kind::owned}, 0, 0, false)
+                              .highlightSymbol);
+    }
+    for (const std::string& symbol : symbols)
+        if (!symbol.empty()) EXPECT_TRUE(Icons::has(symbol)) << symbol;
+}
+
+TEST_F(ShopScreenTest, OnlyThePreviewsInViewMove) {
+    openWith(0);
+    window->resize(window->width(), Metrics::maxPanelHeight);
+    QApplication::processEvents();
+    screen->previews().tick();
+    EXPECT_EQ(screen->previews().lastTickRepaints(), 0) << "the catalog starts below the fold";
+    screen->mainScroll().ensureWidgetVisible(screen->mascotCard("fox"));
+    QApplication::processEvents();
+    screen->previews().tick();
+    EXPECT_GT(screen->previews().lastTickRepaints(), 0);
+    EXPECT_LT(screen->previews().lastTickRepaints(), 7);
+    window->showTab(panel::PanelTab::overview);
+    EXPECT_FALSE(screen->previews().isRunning());
+}
+
+TEST_F(ShopScreenTest, TheKeyboardReadsTheMainPageInOrder) {
+    openWith(300);
+    shop::ShopNotice restored{shop::ShopNotice::Kind::restoredFromBackup};
+    restored.fileName = "shop.corrupt.json";
+    shop->engine().notices().raise(restored);
+    screen->refresh();
+    QApplication::processEvents();  // the new banner shows on the next turn
+    std::vector<QString> order;
+    QWidget* w = &screen->banners()[0]->dismissButton();
+    for (int i = 0; i < 8; ++i, w = w->nextInFocusChain()) {
+        while (w->focusPolicy() == Qt::NoFocus || !w->isVisibleTo(window.get()))
+            w = w->nextInFocusChain();
+        order.push_back(w->objectName().isEmpty() ? w->accessibleName() : w->objectName());
+    }
+    const std::vector<QString> expected = {
+        "shop.notice.dismiss", "shop.history", "shop.howToEarn", "shop.checkIn.collect",
+        "shop.achievements",   "Try on Kibo",  "Buy Kibo",       "Try on Pudding"};
+    EXPECT_EQ(order, expected);
+}
+
+TEST_F(ShopScreenTest, NoFishWhileGoldenFishAreOffAndNoPayBeyondTheDailyMax) {
+    openWith(0);
+    auto* fish = window->header().findChild<GoldenFishView*>();
+    shop->setGoldenFishEnabled(false);
+    shop->engine().spawnGoldenFish(clock->wall());
+    emit shop->goldenFishChanged();
+    clock->advance(1);
+    fish->step();
+    EXPECT_FALSE(fish->isVisible());
+    EXPECT_EQ(screen->goldenFishTile().content().status, "Golden Fish are off");
+
+    shop->setGoldenFishEnabled(true);
+    for (int caught = 0; caught <= 3; ++caught) {
+        shop->engine().spawnGoldenFish(clock->wall());
+        emit shop->goldenFishChanged();
+        clock->advance(2);
+        fish->step();
+        ASSERT_TRUE(fish->isVisible());
+        click(fish, fish->bodyInHeader().center() - QPointF(fish->pos()));
+    }
+    EXPECT_EQ(fish->reaction(), "Daily max reached");
+    EXPECT_EQ(shop->engine().wallet().balance(), 15);
 }
 
 }  // namespace
