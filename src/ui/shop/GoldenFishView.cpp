@@ -231,13 +231,26 @@ void GoldenFishView::paintEvent(QPaintEvent*) {
     p.setPen(Qt::NoPen);
     p.setBrush(glow);
     p.drawEllipse(body.center(), body.width() * 0.75, body.height() * 0.9);
+    if (!model_.reduceMotion()) {
+        // A short wake of glints behind the tail, bobbing a little out of step.
+        const qreal back = facingRight_ ? -1 : 1;
+        for (int i = 1; i <= 3; ++i) {
+            QColor glint = gold;
+            glint.setAlphaF(0.8 - 0.18 * i);
+            p.setBrush(glint);
+            const QPointF c(body.center().x() + back * (body.width() / 2 + 5 + 8 * i),
+                            body.center().y() + 3 * std::sin(phase_ * 9 - i));
+            p.drawEllipse(c, 3.2 - 0.6 * i, 3.2 - 0.6 * i);
+        }
+    }
     p.save();
     if (facingRight_) {
         p.translate(body.center().x() * 2, 0);
         p.scale(-1, 1);
     }
     const double wag = model_.reduceMotion() ? 0 : std::sin(phase_ * 14);
-    paintFish(p, body, gold, pal.text, wag);
+    // The eye stays dark on either theme: it belongs to the gold, not to the text.
+    paintFish(p, body, gold, gold.darker(400), wag);
     p.restore();
     if (hasFocus())
         shoppaint::focusRing(p, body.adjusted(-5, -5, 5, 5), pal, body.height() / 2 + 4);
