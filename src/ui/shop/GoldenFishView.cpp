@@ -17,8 +17,10 @@
 namespace trotlet::ui {
 namespace {
 
-constexpr int viewWidth = 128;  // room for "Daily max reached" above the fish
-constexpr int viewHeight = 52;
+// Swimming, the view hugs the fish, its glow and its wake, so a frame repaints little of the
+// header; for the word after a catch it grows around the same spot.
+constexpr QSize swimSize(100, 44);
+constexpr QSize reactionSize(128, 84);  // room for "Daily max reached" above the fish
 constexpr double fadeInSeconds = 0.4;
 constexpr double fadeOutSeconds = 0.8;
 constexpr double stillX = 0.64;  // where the fish waits with reduced motion
@@ -69,7 +71,7 @@ GoldenFishView::GoldenFishView(shop::ShopRuntime& shop, const PanelModel& model,
     setAccessibleDescription(QStringLiteral("Catch it before it leaves: 5 Fish"));
     setFocusPolicy(Qt::TabFocus);
     setCursor(Qt::PointingHandCursor);
-    resize(viewWidth, viewHeight);
+    resize(swimSize);
     frames_.setTimerType(Qt::PreciseTimer);
     frames_.setInterval(1000 / ShopMetrics::fishFps);
     connect(&frames_, &QTimer::timeout, this, &GoldenFishView::step);
@@ -91,8 +93,8 @@ void GoldenFishView::sync() {
 }
 
 QRectF GoldenFishView::bodyRect() const {
-    return QRectF((viewWidth - ShopMetrics::fishWidth) / 2.0,
-                  viewHeight - ShopMetrics::fishHeight - 6, ShopMetrics::fishWidth,
+    return QRectF((width() - ShopMetrics::fishWidth) / 2.0,
+                  (height() - ShopMetrics::fishHeight) / 2.0, ShopMetrics::fishWidth,
                   ShopMetrics::fishHeight);
 }
 
@@ -121,6 +123,7 @@ void GoldenFishView::step() {
         const double length = fish_->endsAt - fish_->spawnedAt;
         if (elapsed >= 0 && elapsed < length) {
             swimming_ = true;
+            if (size() != swimSize) resize(swimSize);
             phase_ = elapsed;
             facingRight_ = fish_->direction;
             const qreal y = fish_->yAt(now) * header->height();
@@ -159,6 +162,9 @@ void GoldenFishView::tryCatch() {
         return;
     }
     reactionClock_.start();
+    const QPointF spot = bodyInHeader().center();
+    resize(reactionSize);
+    placeAt(spot);
     show();
     update();
     if (!frames_.isActive()) frames_.start();

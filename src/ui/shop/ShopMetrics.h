@@ -20,7 +20,7 @@ struct ShopMetrics {
     static constexpr int ledgerSection = 32;
     static constexpr int pageHeader = 40;  // a sub-page's back row
     static constexpr int previewFps = 12;
-    static constexpr int fishFps = 30;
+    static constexpr int fishFps = 24;  // the header's own top frame rate
     static constexpr int fishWidth = 34;
     static constexpr int fishHeight = 22;
     static constexpr int reactionMs = 1100;  // the "+5" after a catch
