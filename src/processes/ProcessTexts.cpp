@@ -39,7 +39,8 @@ std::string threads(const std::optional<std::int64_t>& threads) {
 std::string user(const std::optional<std::string>& user) { return user ? *user : "–"; }
 
 std::optional<Status> status(const QuitFlow* flow, bool ended) {
-    if (!flow || flow->stage() == QuitStage::idle)
+    // A process that ended at the user's request says so, whatever else ended it.
+    if (!flow || flow->stage() == QuitStage::idle || (ended && flow->stage() != QuitStage::ended))
         return ended ? std::optional(Status{"Ended", Tone::quiet}) : std::nullopt;
     switch (flow->stage()) {
         case QuitStage::quitting:
@@ -66,8 +67,10 @@ std::optional<Status> status(const QuitFlow* flow, bool ended) {
     }
 }
 
-Action action(QuitBlock block, const QuitFlow* flow) {
+Action action(QuitBlock block, const QuitFlow* flow, bool ended) {
     using Button = Action::Button;
+    if (ended && !(flow && flow->stage() == QuitStage::ended))
+        return {Button::none, {}, true, "It has ended.", Tone::quiet, false};
     if (block != QuitBlock::none)
         return {Button::none, {}, true, std::string(quitBlockText(block)), Tone::quiet, true};
     switch (flow ? flow->stage() : QuitStage::idle) {

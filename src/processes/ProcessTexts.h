@@ -47,7 +47,8 @@ struct Action {
     bool locked = false;  // the note says why the process cannot be quit
     bool operator==(const Action&) const = default;
 };
-Action action(QuitBlock block, const QuitFlow* flow);
+// `ended`: the process has gone from the list while it was held in place.
+Action action(QuitBlock block, const QuitFlow* flow, bool ended = false);
 
 // The longer sentence the details give for a problem.
 std::string problemSentence(QuitProblem problem);

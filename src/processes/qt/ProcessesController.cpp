@@ -175,11 +175,13 @@ void ProcessesController::followWatching() {
 }
 
 void ProcessesController::forgetEnded() {
-    // A quit is kept while its process is listed, so the row can say how it went; details only
-    // while the process lives.
+    // A quit is kept while its process is listed (or held in place after it ended), so the row
+    // can say how it went.
     std::unordered_set<std::int32_t> listed;
     listed.reserve(table_.rows().size());
     for (const auto& row : table_.rows()) listed.insert(row.pid);
+    for (std::size_t i = 0; i < table_.size(); ++i)
+        if (table_.at(i).ended) listed.insert(table_.at(i).row->pid);
     for (auto it = quits_.begin(); it != quits_.end();) {
         if (!listed.count(it->first) && !it->second.flow.watching()) {
             control_->release(it->second.identity);

@@ -212,4 +212,11 @@ TEST(ProcessTexts, RowsDetailsAndQuestions) {
     EXPECT_EQ(T::status(&denied, false), (T::Status{"Permission denied", T::Tone::error}));
     EXPECT_EQ(T::action(QuitBlock::none, &denied).buttonText, "Try Again");
     EXPECT_EQ(T::status(nullptr, true)->text, "Ended");
+    EXPECT_EQ(T::action(QuitBlock::none, nullptr, true).note, "It has ended.");
+    QuitFlow quit;
+    quit.quit(0);
+    quit.delivered(SignalOutcome::sent, 0);
+    quit.observe(false, 1);
+    EXPECT_EQ(T::status(&quit, true)->text, "Quit") << "ended at the user's request, and says so";
+    EXPECT_EQ(T::action(QuitBlock::none, &quit, true).note, "It has quit.");
 }
