@@ -14,10 +14,10 @@ namespace trotlet::processes {
 // The Processes list as the user sees it: the latest sample's rows that match the query, in the
 // chosen order, with a selection that follows its process from sample to sample.
 //
-// While the list is held (the pointer rests on it) its order stands still, so the row under the
-// pointer is the row the user aimed at: rows keep their places and only their readings change,
-// a process that ends stays in its place marked as ended, and a new one joins at the end.
-// Letting go, or changing the sort or the query, orders everything afresh.
+// While the list is held (the pointer is on it, aiming) its order stands still, so the row under
+// the pointer is the row the user aimed at: rows keep their places and only their readings change,
+// a process that ends stays in its place marked as ended, and a new one joins at the end. Letting
+// go, or changing the sort or the query, orders everything afresh.
 class ProcessTable {
 public:
     struct Entry {

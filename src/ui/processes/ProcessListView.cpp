@@ -25,6 +25,10 @@ namespace {
 
 QString qs(const std::string& s) { return QString::fromStdString(s); }
 
+// How long rows hold still after the pointer last moved: long enough to aim and click, short
+// enough that a pointer left on the list does not freeze its order.
+constexpr int holdAfterMoveMs = 4000;
+
 int utcOffsetAt(metrics::Timestamp t) {
     return QDateTime::fromSecsSinceEpoch(qint64(metrics::unixSeconds(t))).offsetFromUtc();
 }
@@ -47,6 +51,9 @@ ProcessListView::ProcessListView(processes::ProcessesController& controller,
     verticalScrollBar()->setSingleStep(Metrics::listRowHeight);
     geometry_.rowHeight = Metrics::listRowHeight;
     new ScrollIndicator(*this, theme_);
+    holdTimer_.setSingleShot(true);
+    holdTimer_.setInterval(holdAfterMoveMs);
+    connect(&holdTimer_, &QTimer::timeout, this, [this] { controller_.setHeld(false); });
     connect(&controller_, &processes::ProcessesController::changed, this,
             &ProcessListView::refresh);
     connect(&theme_, &ThemeStore::changed, viewport(), qOverload<>(&QWidget::update));
@@ -256,6 +263,7 @@ void ProcessListView::keyPressEvent(QKeyEvent* event) {
 }
 
 void ProcessListView::mousePressEvent(QMouseEvent* event) {
+    holdRows();
     const auto index = rowAt(event->position());
     if (!index) return;
     const auto& table = controller_.table();
@@ -278,8 +286,14 @@ void ProcessListView::mousePressEvent(QMouseEvent* event) {
 
 void ProcessListView::mouseDoubleClickEvent(QMouseEvent* event) { mousePressEvent(event); }
 
+void ProcessListView::holdRows() {
+    controller_.setHeld(true);
+    holdTimer_.start();
+}
+
 void ProcessListView::mouseMoveEvent(QMouseEvent* event) {
     pointer_ = event->position();
+    holdRows();
     setHovered(rowAt(event->position()));
 }
 
@@ -328,11 +342,12 @@ bool ProcessListView::viewportEvent(QEvent* event) {
     switch (event->type()) {
         case QEvent::Enter:
             // Rows hold still under the pointer, so a click lands on the row aimed at.
-            controller_.setHeld(true);
+            holdRows();
             break;
         case QEvent::Leave:
             pointer_.reset();
             setHovered(std::nullopt);
+            holdTimer_.stop();
             controller_.setHeld(false);
             break;
         case QEvent::ToolTip: {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QAbstractScrollArea>
+#include <QTimer>
 
 #include <optional>
 #include <set>
@@ -21,6 +22,9 @@ class ThemeStore;
 // are drawn, and scrolling moves the pixels already drawn, so thousands of rows cost what a
 // screenful does. Rows open to show their details and their Quit action; the scroll position
 // stays where the user left it while samples reorder the rows.
+//
+// While the pointer moves over the list its rows hold still (see ProcessTable); a pointer left
+// resting lets the order follow the samples again after a few seconds.
 //
 // Keys: Up, Down, Page Up, Page Down, Home and End move the selection; Enter, Space, Right and
 // Left open and close the selected row; Delete quits it (and, once it is not responding, asks to
@@ -65,6 +69,7 @@ private:
     processes::ProcessTexts::Action actionFor(std::size_t index) const;
     void act(std::int32_t pid, processes::ProcessTexts::Action::Button button);
     void setHovered(std::optional<std::size_t> index);
+    void holdRows();
     int offset() const;
 
     processes::ProcessesController& controller_;
@@ -75,6 +80,7 @@ private:
     std::optional<std::size_t> hovered_;
     std::optional<QPointF> pointer_;
     std::optional<std::int32_t> announced_;
+    QTimer holdTimer_;
     int paints_ = 0;
 };
 

@@ -86,11 +86,15 @@ void paintRow(QPainter& p, const Theme& theme, const QRectF& line, const RowLook
     const QFontMetricsF nameMetrics(type.body);
     const qreal titleWidth = std::min(nameBox.width(), nameMetrics.horizontalAdvance(title));
     drawElided(p, nameBox, title, Qt::AlignLeft);
-    if (name.app && titleWidth + 24 < nameBox.width()) {
-        p.setFont(type.caption);
-        p.setPen(secondary);
-        drawElided(p, nameBox.adjusted(titleWidth + Metrics::spacingSmall, 0, 0, 0), qs(*name.app),
-                   Qt::AlignLeft);
+    // The app only when it fits whole: a cut-off "fir…" says less than nothing.
+    if (name.app) {
+        const QString app = qs(*name.app);
+        const qreal left = titleWidth + Metrics::spacingSmall;
+        if (left + QFontMetricsF(type.caption).horizontalAdvance(app) <= nameBox.width()) {
+            p.setFont(type.caption);
+            p.setPen(secondary);
+            p.drawText(nameBox.adjusted(left, 0, 0, 0), Qt::AlignLeft | Qt::AlignVCenter, app);
+        }
     }
 
     // Readings: CPU and memory in the text colour, the rest quieter; an idle process's 0.0%

@@ -4,6 +4,7 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QScrollBar>
+#include <QWheelEvent>
 
 #include "metrics/FixtureProcesses.h"
 #include "processes/SimulatedProcessControl.h"
@@ -114,6 +115,10 @@ TEST_F(ProcessesScreenTest, ForceQuitIsConfirmedByName) {
 
 TEST_F(ProcessesScreenTest, ScrollHoldsWhileSamplesReorderAndRowsHoldUnderThePointer) {
     QScrollBar* bar = screen->list().verticalScrollBar();
+    QWheelEvent wheel(QPointF(100, 100), QPointF(), QPoint(), QPoint(0, -120), Qt::NoButton,
+                      Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(screen->list().viewport(), &wheel);
+    EXPECT_EQ(bar->value(), 3 * Metrics::listRowHeight) << "a wheel step scrolls three rows";
     bar->setValue(600);
     auto next = rows;
     for (auto& r : next) r.cpuPercent = double((r.pid * 7919) % 100);
