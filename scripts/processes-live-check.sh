@@ -52,9 +52,10 @@ ended_by() {
 shot 1-filtered
 window=$(xdotool search --onlyvisible --name '^Trotlet$' | head -1) || fail "no panel window"
 eval "$(xdotool getwindowgeometry --shell "$window")"
-# A click on the first row (below the header, tabs, search field and column titles) selects and
-# opens it, and gives the panel the keyboard: no window manager runs here to do that.
-xdotool mousemove $((X + 80)) $((Y + 92 + 10 + 30 + 12 + 30 + 8 + 26 + 14)) click 1; sleep 0.8
+# A click on the list's empty lower part gives the panel and the list the keyboard (no window
+# manager runs here to do that); Down selects the first row and Return opens it.
+xdotool mousemove $((X + WIDTH / 2)) $((Y + HEIGHT - 60)) click 1; sleep 0.5
+xdotool key Down Return; sleep 0.8
 shot 2-opened
 xdotool key Delete; sleep 1.5
 shot 3-quit
