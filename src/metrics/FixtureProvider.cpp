@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "metrics/FixtureProcesses.h"
 #include "metrics/SnapshotMask.h"
 
 namespace trotlet::metrics {
@@ -266,13 +267,7 @@ std::string FixtureProvider::name() const {
 MetricsSnapshot FixtureProvider::sample(MetricKinds kinds, Timestamp now) {
     auto s = restrictedTo(fixtureSnapshot(fixture_, now), kinds);
     if (s.processes.all || !fullProcessList_ || !kinds.contains(MetricKinds::processes)) return s;
-    // The full list: every distinct row of the top lists, by PID.
-    std::vector<ProcessRow> all = s.processes.topCPU;
-    for (const auto& r : s.processes.topMemory)
-        if (std::none_of(all.begin(), all.end(), [&](const ProcessRow& a) { return a.pid == r.pid; }))
-            all.push_back(r);
-    std::sort(all.begin(), all.end(), [](const auto& a, const auto& b) { return a.pid < b.pid; });
-    s.processes.all = std::move(all);
+    s.processes.all = fixtureProcessTable(s);
     return s;
 }
 

@@ -290,6 +290,7 @@ ProcessRow decodeOrThrow<ProcessRow>(const Json& j) {
     p.executablePath = optionalOf(j, "executablePath", getString);
     p.threads = optionalOf(j, "threads", getInt);
     p.isPrivileged = getBool(field(j, "isPrivileged"), "isPrivileged");
+    p.startTicks = optionalOf(j, "startTicks", getU64);
     return p;
 }
 
@@ -501,6 +502,7 @@ Json encode(const ProcessRow& p) {
     putOptional(j, "executablePath", p.executablePath);
     putOptional(j, "threads", p.threads);
     j["isPrivileged"] = p.isPrivileged;
+    putOptional(j, "startTicks", p.startTicks);
     return j;
 }
 

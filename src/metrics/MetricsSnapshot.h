@@ -205,6 +205,9 @@ struct ProcessRow {
     std::optional<std::string> executablePath;
     std::optional<std::int64_t> threads;
     bool isPrivileged = false;  // runs as root
+    // When the kernel started it, in clock ticks after boot: with the PID, tells this process
+    // from a later one that got the same PID.
+    std::optional<std::uint64_t> startTicks;
 
     bool operator==(const ProcessRow&) const = default;
 };

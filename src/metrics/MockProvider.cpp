@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "metrics/FixtureProcesses.h"
 #include "metrics/FixtureProvider.h"
 #include "metrics/SnapshotMask.h"
 #include "settings/RawEnum.h"
@@ -218,12 +219,8 @@ MetricsSnapshot MockProvider::sample(MetricKinds kinds, Timestamp now) {
     s.system.bootDate = now - std::chrono::seconds(static_cast<long long>(s.system.uptimeSec));
 
     auto out = restrictedTo(std::move(s), kinds);
-    if (fullProcessList_ && kinds.contains(MetricKinds::processes)) {
-        auto all = out.processes.topCPU;
-        std::sort(all.begin(), all.end(),
-                  [](const auto& a, const auto& c) { return a.pid < c.pid; });
-        out.processes.all = std::move(all);
-    }
+    if (fullProcessList_ && kinds.contains(MetricKinds::processes))
+        out.processes.all = fixtureProcessTable(out);
     return out;
 }
 

@@ -14,6 +14,7 @@
 #include "metrics/MetricsFixture.h"
 #include "settings/RawEnum.h"
 #include "sky/qt/SkyBackdrop.h"
+#include "snapshot/ProcessScenes.h"
 #include "snapshot/SceneFixtures.h"
 #include "snapshot/ScenePainting.h"
 #include "snapshot/SceneRig.h"
@@ -242,6 +243,7 @@ std::vector<Scene> buildScenes() {
                           }});
     }
     addShopScenes(scenes);
+    addProcessScenes(scenes);
     scenes.push_back({"hero", [] { return std::make_unique<HeroStage>(); }});
     addSkyScenes(scenes);
     return scenes;

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QCoreApplication>
 #include <QDateTime>
 #include <QDesktopServices>
 #include <QEvent>
@@ -25,7 +26,11 @@
 #include "panel/HeaderContent.h"
 #include "panel/PanelTabs.h"
 #include "platform/freedesktop/ColorScheme.h"
+#include "platform/freedesktop/SessionProcesses.h"
 #include "platform/linux/AccountName.h"
+#include "platform/linux/LinuxProcessControl.h"
+#include "processes/SimulatedProcessControl.h"
+#include "processes/qt/ProcessesController.h"
 #include "reports/PawReport.h"
 #include "reports/qt/PawReportView.h"
 #include "settings/AppSettings.h"
@@ -39,6 +44,7 @@
 #include "ui/panel/PanelWindow.h"
 #include "ui/shop/ShopInstall.h"
 #include "ui/shop/ShopScreen.h"
+#include "ui/processes/ProcessesScreen.h"
 #include "ui/theme/ThemeStore.h"
 #include "updates/PanelNotice.h"
 #include "updates/qt/InstallOfferStore.h"
@@ -83,6 +89,7 @@ PanelHost::PanelHost(AppModel& model, settings::AppSettings& settings,
 PanelHost::~PanelHost() {
     settings_.general().unobserve(appearanceObserver_);
     window_.reset();
+    processes_ = nullptr;
     model_.reset();
 }
 
@@ -106,6 +113,7 @@ void PanelHost::build() {
     });
     connect(model_.get(), &ui::PanelModel::petRequested, this,
             [this] { app_.shop().handle(shop::EconomyEvent::pet); });
+    buildProcesses();
 
     // The model follows the live stores while the window exists.
     connect(&app_.store(), &metrics::MetricsStore::updated, model_.get(), [this] {
@@ -139,9 +147,40 @@ void PanelHost::build() {
     debugLog("panel built");
 }
 
+void PanelHost::buildProcesses() {
+    // Fixture and mock rows carry made-up PIDs that must never be signalled for real.
+    const bool realProcesses = !options_.fixture && !options_.mock;
+    std::unique_ptr<processes::ProcessControl> control;
+    if (realProcesses)
+        control = std::make_unique<platform::LinuxProcessControl>();
+    else
+        control = std::make_unique<processes::SimulatedProcessControl>();
+    processes::QuitContext context;
+    context.selfPid = std::int32_t(QCoreApplication::applicationPid());
+    processes_ = new processes::ProcessesController(std::move(control), context, model_.get());
+    if (const char* query = std::getenv("TROTLET_QA_PROCESS_QUERY")) processes_->setQuery(query);
+    auto* session = new platform::SessionProcesses(app_.sessionBus(), processes_);
+    connect(session, &platform::SessionProcesses::found, processes_,
+            [this](const std::vector<std::int32_t>& pids) { processes_->setSessionPids(pids); });
+    connect(processes_, &processes::ProcessesController::processQuit, this, [this] {
+        debugLog("processes: a process quit at the user's request");
+        app_.shop().handle(shop::EconomyEvent::processQuit);
+    });
+    auto* screen = new ui::ProcessesScreen(*processes_, *model_, *theme_);
+    // The full process list is read only while this screen shows it.
+    connect(screen, &ui::ProcessesScreen::shownChanged, this, [this](bool shown) {
+        app_.store().setProcessListVisible(shown);
+        debugLog(shown ? "processes: full list on" : "processes: full list off");
+    });
+    window_->setTabScreen(panel::PanelTab::processes, screen);
+}
+
 void PanelHost::feedSample() {
-    if (app_.store().hasSnapshot())
-        model_->setSample(app_.store().latest(), app_.store().latestKinds());
+    if (app_.store().hasSnapshot()) {
+        const auto& sample = app_.store().latest();
+        model_->setSample(sample, app_.store().latestKinds());
+        if (processes_ && sample.processes.all) processes_->setRows(*sample.processes.all);
+    }
     // The day's counters (distance, sleep, peaks) move with every tick without a shop change.
     feedPaw();
 }
@@ -283,6 +322,7 @@ void PanelHost::release() {
     if (!window_ || window_->isVisible()) return;
     releaseTimer_.stop();
     window_.reset();
+    processes_ = nullptr;
     model_.reset();
 #ifdef __GLIBC__
     // The window's allocations sat between longer-lived ones; hand the freed pages back now

@@ -16,6 +16,9 @@ class AppSettings;
 namespace trotlet::platform {
 class ColorScheme;
 }
+namespace trotlet::processes {
+class ProcessesController;
+}
 namespace trotlet::ui {
 class PanelModel;
 class PanelWindow;
@@ -76,6 +79,7 @@ private:
     void feedWeather();
     void feedNotice();
     void connectUpdates();
+    void buildProcesses();
 
     AppModel& app_;
     settings::AppSettings& settings_;
@@ -85,6 +89,7 @@ private:
     std::unique_ptr<ui::PanelModel> model_;
     std::unique_ptr<ui::PanelWindow> window_;
     updates::UpdatesRuntime* updates_ = nullptr;
+    processes::ProcessesController* processes_ = nullptr;  // owned by the model
     QTimer releaseTimer_;
     std::optional<QElapsedTimer> perfClock_;
     bool perfFirstBuild_ = false;

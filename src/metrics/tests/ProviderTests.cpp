@@ -71,7 +71,20 @@ TEST(FixtureProvider, FillsOnlyTheKindsAskedForAndTheFullListOnRequest) {
     provider.setFullProcessList(true);
     s = provider.sample(MetricKinds::processes, kNoon);
     ASSERT_TRUE(s.processes.all);
-    EXPECT_EQ(s.processes.all->size(), 5u);
+    EXPECT_EQ(std::int64_t(s.processes.all->size()), s.processes.totalCount)
+        << "the whole table behind the top lists";
+    // The top lists stay true to the table: nothing outside them is busier or bigger.
+    auto listed = [](const std::vector<ProcessRow>& top, const ProcessRow& r) {
+        return std::any_of(top.begin(), top.end(), [&](const ProcessRow& t) { return t.pid == r.pid; });
+    };
+    for (const auto& r : *s.processes.all) {
+        if (!listed(s.processes.topCPU, r)) {
+            EXPECT_LE(r.cpuPercent, s.processes.topCPU.back().cpuPercent) << r.name;
+        }
+        if (!listed(s.processes.topMemory, r)) {
+            EXPECT_LE(r.memoryBytes, s.processes.topMemory.back().memoryBytes) << r.name;
+        }
+    }
     EXPECT_TRUE(std::is_sorted(s.processes.all->begin(), s.processes.all->end(),
                                [](const auto& a, const auto& b) { return a.pid < b.pid; }));
 }

@@ -182,6 +182,7 @@ metrics::ProcessRow ProcessReader::rowFor(int pid, const Entry& e) const {
     r.executablePath = e.executable;
     if (e.threads > 0) r.threads = e.threads;
     r.isPrivileged = e.haveUid && e.uid == 0;
+    r.startTicks = e.startTime;
     return r;
 }
 

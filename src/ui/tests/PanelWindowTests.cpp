@@ -14,19 +14,10 @@
 #include "ui/panel/PanelHeader.h"
 #include "ui/panel/PanelWindow.h"
 #include "ui/panel/TabBar.h"
+#include "ui/tests/UiTestApp.h"
 
 namespace trotlet::ui {
 namespace {
-
-QApplication& application() {
-    static int argc = 1;
-    static char name[] = "ui_tests";
-    static char* argv[] = {name, nullptr};
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    // Never destroyed: Qt's input devices must outlive it, and they are torn down at exit.
-    static auto* app = new QApplication(argc, argv);
-    return *app;
-}
 
 class PanelWindowTest : public ::testing::Test {
 protected:

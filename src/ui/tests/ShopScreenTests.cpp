@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+
+#include "ui/tests/UiTestApp.h"
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QScrollArea>
@@ -32,15 +34,6 @@ namespace trotlet::ui {
 namespace {
 
 constexpr shop::Timestamp start = 1790845200.0;  // 2026-10-01T09:00:00Z
-
-QApplication& application() {
-    static int argc = 1;
-    static char name[] = "ui_tests";
-    static char* argv[] = {name, nullptr};
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    static auto* app = new QApplication(argc, argv);
-    return *app;
-}
 
 struct ShopScreenTest : ::testing::Test {
     snapshot::SceneRig rig{(application(), metrics::MetricsFixture::normal)};

@@ -340,6 +340,73 @@ struct Entry {
     Drawer draw;
 };
 
+void magnifier(QPainter& p, const QColor& c) {
+    p.setPen(stroke(c, 2.2));
+    p.setBrush(Qt::NoBrush);
+    p.drawEllipse(QPointF(10.5, 10.5), 6.5, 6.5);
+    p.drawLine(QPointF(15.5, 15.5), QPointF(20.5, 20.5));
+}
+
+void padlock(QPainter& p, const QColor& c) {
+    p.setPen(stroke(c, 2.2));
+    p.setBrush(Qt::NoBrush);
+    QPainterPath shackle;
+    shackle.moveTo(8, 11);
+    shackle.lineTo(8, 8);
+    shackle.arcTo(QRectF(8, 3.5, 8, 9), 180, -180);
+    shackle.lineTo(16, 11);
+    p.drawPath(shackle);
+    p.setPen(Qt::NoPen);
+    p.setBrush(c);
+    p.drawRoundedRect(QRectF(5, 10.5, 14, 10.5), 2.5, 2.5);
+}
+
+void chevron(QPainter& p, const QColor& c, QPointF a, QPointF tip, QPointF b) {
+    p.setPen(stroke(c, 2.2));
+    p.setBrush(Qt::NoBrush);
+    p.drawPolyline(QPolygonF({a, tip, b}));
+}
+
+void warningSign(QPainter& p, const QColor& c) {
+    QPainterPath sign;
+    sign.moveTo(12, 3);
+    sign.lineTo(22, 20.5);
+    sign.lineTo(2, 20.5);
+    sign.closeSubpath();
+    QPainterPathStroker round;
+    round.setWidth(2.5);
+    round.setJoinStyle(Qt::RoundJoin);
+    const QPainterPath body = sign.united(round.createStroke(sign));
+    QPainterPath mark;
+    mark.addRoundedRect(QRectF(10.9, 8.5, 2.2, 7), 1.1, 1.1);
+    mark.addEllipse(QPointF(12, 17.8), 1.3, 1.3);
+    p.setPen(Qt::NoPen);
+    p.setBrush(c);
+    p.drawPath(body.subtracted(mark));
+}
+
+// The symbols of lists and forms: search, locks, disclosure and sort arrows, warnings.
+const std::array<Entry, 6>& controlSymbols() {
+    static const std::array<Entry, 6> entries{{
+        {"magnifyingglass", magnifier},
+        {"lock.fill", padlock},
+        {"chevron.up",
+         [](QPainter& p, const QColor& c) {
+             chevron(p, c, {6, 15}, {12, 9}, {18, 15});
+         }},
+        {"chevron.down",
+         [](QPainter& p, const QColor& c) {
+             chevron(p, c, {6, 9}, {12, 15}, {18, 9});
+         }},
+        {"chevron.right",
+         [](QPainter& p, const QColor& c) {
+             chevron(p, c, {9, 5}, {16, 12}, {9, 19});
+         }},
+        {"exclamationmark.triangle.fill", warningSign},
+    }};
+    return entries;
+}
+
 const std::array<Entry, 39>& table() {
     static const std::array<Entry, 39> entries{{
         {"cpu", chip},
@@ -435,6 +502,8 @@ const Drawer* find(std::string_view name) {
     for (const auto& e : table())
         if (e.name == name) return &e.draw;
     if (const Drawer* shop = shopIcon(name)) return shop;
+    for (const auto& e : controlSymbols())
+        if (e.name == name) return &e.draw;
     // The night variant of a rain cloud draws like the day's, with the moon for the sun.
     if (name == "cloud.moon.rain.fill") {
         static const Drawer night = [](QPainter& p, const QColor& c) {

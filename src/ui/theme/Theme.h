@@ -59,6 +59,25 @@ struct Metrics {
     static constexpr int spacingSmall = 4;
     static constexpr int spacing = 8;
     static constexpr int spacingLarge = 12;
+    // Lists (the Processes tab): a search field over a card of rows with a column header.
+    static constexpr int fieldHeight = 30;
+    static constexpr int fieldRadius = 8;
+    static constexpr int listHeaderHeight = 26;
+    static constexpr int listRowHeight = 28;
+    static constexpr int listRowRadius = 6;
+    static constexpr int listInset = 4;        // between the card's edge and a row
+    static constexpr int listCellPadding = 8;  // between a row's edge and its text
+    static constexpr int listColumnGap = 6;
+    static constexpr int listDetailLineHeight = 17;
+    static constexpr int listDetailLabelWidth = 64;
+    static constexpr int cpuColumnWidth = 42;
+    static constexpr int memoryColumnWidth = 50;
+    static constexpr int threadsColumnWidth = 48;
+    static constexpr int userColumnWidth = 46;
+    static constexpr int buttonHeight = 26;
+    static constexpr int buttonRadius = 13;
+    static constexpr int sheetRadius = 14;
+    static constexpr int sheetPadding = 18;
 };
 
 // The type scale, derived from the desktop's font so that text follows its size.
