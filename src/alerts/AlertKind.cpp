@@ -12,7 +12,10 @@ std::optional<AlertKind> alertKindNamed(std::string_view raw) {
     return settings::fromRawName<AlertKind>(raw, AlertKindNames);
 }
 
-bool isFun(AlertKind kind) { return kind == AlertKind::achievement || kind == AlertKind::purchase; }
+bool isFun(AlertKind kind) {
+    return kind == AlertKind::achievement || kind == AlertKind::purchase ||
+           kind == AlertKind::checkInReminder;
+}
 
 AlertBudget budgetOf(AlertKind kind) { return isFun(kind) ? AlertBudget::fun : AlertBudget::alert; }
 
@@ -32,6 +35,7 @@ std::chrono::seconds cooldownOf(AlertKind kind) {
             return 30min;
         case AlertKind::achievement:
         case AlertKind::purchase:
+        case AlertKind::checkInReminder:
             return 0s;
     }
     return 0s;

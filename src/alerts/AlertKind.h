@@ -19,10 +19,11 @@ enum class AlertKind {
     highCPU,
     achievement,
     purchase,
+    checkInReminder,  // the daily nudge while the check-in waits
 };
-inline constexpr std::array<std::string_view, 8> AlertKindNames = {
-    "highTemperature", "batteryLow",     "batteryFull", "memoryCritical",
-    "diskAlmostFull",  "highCPU",        "achievement", "purchase"};
+inline constexpr std::array<std::string_view, 9> AlertKindNames = {
+    "highTemperature", "batteryLow",  "batteryFull", "memoryCritical", "diskAlmostFull",
+    "highCPU",         "achievement", "purchase",    "checkInReminder"};
 inline constexpr std::size_t alertKindCount = AlertKindNames.size();
 
 enum class AlertBudget { alert, fun };

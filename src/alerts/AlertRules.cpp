@@ -226,6 +226,10 @@ std::vector<AlertRules::Decision> AlertRules::event(const AppEvent& event, Times
         arm(AlertKind::achievement);
         append(out, fire(AlertKind::achievement, texts::achievementTitle(*a),
                          texts::achievementBody(*a), now, panelOpen, panelOpen));
+    } else if (const auto* r = std::get_if<CheckInReminder>(&event)) {
+        arm(AlertKind::checkInReminder);
+        append(out, fire(AlertKind::checkInReminder, texts::checkInReminderTitle(),
+                         texts::checkInReminderBody(*r), now, panelOpen, panelOpen));
     } else if (const auto* p = std::get_if<MascotPurchased>(&event)) {
         arm(AlertKind::purchase);
         append(out, fire(AlertKind::purchase, texts::purchaseTitle(*p), texts::purchaseBody(), now,

@@ -98,4 +98,16 @@ std::string purchaseTitle(const MascotPurchased& event) {
 
 std::string purchaseBody() { return "Your new friend is ready to run in the menu bar."; }
 
+std::string checkInReminderTitle() { return "Your daily Fish are waiting"; }
+
+std::string checkInReminderBody(const CheckInReminder& event) {
+    const std::string name = event.mascotName.empty() ? fallbackMascotName : event.mascotName;
+    const std::string fish = std::to_string(event.reward) + " Fish";
+    const std::string prize =
+        event.streakDay > 1
+            ? fish + " and day " + std::to_string(event.streakDay) + " of your streak"
+            : fish + " to start a streak";
+    return name + " kept today's check-in warm: " + prize + ". Open Trotlet to collect.";
+}
+
 }  // namespace trotlet::alerts::texts

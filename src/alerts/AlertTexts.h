@@ -45,5 +45,10 @@ std::string achievementBody(const AchievementUnlocked& event);
 std::string purchaseTitle(const MascotPurchased& event);
 std::string purchaseBody();
 
+// "Your daily Fish are waiting" / "Mochi kept today's check-in warm: 25 Fish and day 4 of your
+// streak. Open Trotlet to collect."
+std::string checkInReminderTitle();
+std::string checkInReminderBody(const CheckInReminder& event);
+
 }  // namespace texts
 }  // namespace trotlet::alerts

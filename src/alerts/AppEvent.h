@@ -19,7 +19,14 @@ struct MascotPurchased {
     std::string mascotName;  // the new friend's display name
 };
 
-using AppEvent = std::variant<AchievementUnlocked, MascotPurchased>;
+// Today's check-in is still waiting, late in the user's day.
+struct CheckInReminder {
+    std::string mascotName;
+    std::int64_t reward = 0;     // what collecting today pays
+    std::int64_t streakDay = 1;  // the streak day collecting today makes
+};
+
+using AppEvent = std::variant<AchievementUnlocked, MascotPurchased, CheckInReminder>;
 
 // One line for logs and the simulation's step summaries.
 std::string describe(const AppEvent& event);

@@ -49,6 +49,10 @@ Json inputJson(const ScriptStep& step) {
             ev["title"] = a->title;
             ev["detail"] = a->detail;
             ev["fishReward"] = a->fishReward;
+        } else if (const auto* r = std::get_if<CheckInReminder>(e)) {
+            ev["type"] = "checkInReminder";
+            ev["reward"] = r->reward;
+            ev["streakDay"] = r->streakDay;
         } else {
             ev["type"] = "purchase";
             ev["mascotName"] = std::get<MascotPurchased>(*e).mascotName;
@@ -232,6 +236,9 @@ std::vector<Scenario> NotificationScript::scenarios() {
     }
     fun.push_back(event(kHour, "a purchase once the first is an hour old",
                         MascotPurchased{"Pip the Hamster"}, {"post purchase"}));
+    fun.push_back(event(kHour + kMinute, "the evening's check-in reminder shares the fun budget",
+                        CheckInReminder{mascotName, 25, 4}, {"post checkInReminder"},
+                        "25 Fish and day 4 of your streak"));
     all.push_back({"fun alerts: six an hour", fun});
 
     return all;

@@ -55,6 +55,8 @@ inline const std::string layoutOverview = "layout.overview";
 
 // Read and written directly on the store by the components that own them, not by a group.
 inline const std::string launchAtLoginRegisteredOnce = "general.launchAtLoginRegisteredOnce";
+// The day (a day key) the last check-in reminder went out.
+inline const std::string lastCheckInReminderDay = "general.lastCheckInReminderDay";
 inline const std::string lastLaunchedVersion = "release.lastLaunchedVersion";
 inline const std::string whatsNewVersion = "release.whatsNewVersion";
 inline const std::string whatsNewSince = "release.whatsNewSince";

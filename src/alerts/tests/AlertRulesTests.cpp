@@ -432,6 +432,7 @@ TEST(AlertKind, RawNamesIdentifiersCooldownsAndBudgets) {
         {AlertKind::highCPU, "highCPU", 30, false},
         {AlertKind::achievement, "achievement", 0, true},
         {AlertKind::purchase, "purchase", 0, true},
+        {AlertKind::checkInReminder, "checkInReminder", 0, true},
     };
     ASSERT_EQ(std::size(rows), alertKindCount);
     for (const Row& r : rows) {

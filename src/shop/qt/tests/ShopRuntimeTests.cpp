@@ -2,6 +2,7 @@
 // file is written, what reaches the notifications, and the Golden Fish timer.
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -13,11 +14,13 @@
 #include "alerts/qt/NotificationController.h"
 #include "metrics/MetricKinds.h"
 #include "metrics/MetricsSnapshot.h"
+#include "settings/AppSettings.h"
 #include "settings/DefaultsStore.h"
 #include "settings/NotificationSettings.h"
 #include "shop/Calendar.h"
 #include "shop/ShopStateCodec.h"
 #include "shop/files/FileShopPersistence.h"
+#include "shop/qt/CheckInReminders.h"
 #include "shop/qt/ShopAlerts.h"
 #include "shop/qt/ShopRuntime.h"
 
@@ -396,6 +399,61 @@ TEST_F(RuntimeTest, TheGoldenFishTimerRunsOnlyWhileAFishCanCome) {
 
     runtime->setPanelOpen(false);
     EXPECT_FALSE(runtime->isGoldenFishTimerArmed());
+}
+
+// --- the daily check-in reminder ----------------------------------------------------------
+
+TEST_F(RuntimeTest, TheCheckInReminderComesOnceADayInTheEveningAndNeverOnADoubtfulClock) {
+    make();
+    settings::AppSettings settings{settings::DefaultsStore::ephemeral({"trotlet"}), false};
+    settings.general().setCheckInReminders(true);
+    alerts::NotificationController controller(settings.notifications(), nullptr, {});
+    QStringList posted;
+    QObject::connect(&controller, &alerts::NotificationController::alertPosted,
+                     [&posted](const QString& id, const QString&, const QString& body) {
+                         posted << id + " | " + body;
+                     });
+    CheckInReminders reminders(*runtime, settings, controller);
+    // The user is at the computer; `at` moves the day on to a local hour and looks.
+    auto at = [&](double hour, bool panelOpen = false) {
+        const double now = clock->wall();
+        const double day = std::floor(now / 86400) * 86400;
+        double next = day + hour * 3600;
+        if (next <= now) next += 86400;
+        clock->advance(next - now);
+        runtime->tick(ShopTick{{}, 0.0});
+        return reminders.check(panelOpen, "Miso");
+    };
+
+    EXPECT_FALSE(at(9)) << "too early";
+    EXPECT_FALSE(at(18.1, true)) << "the open panel shows the check-in already";
+    EXPECT_TRUE(at(18.2));
+    EXPECT_FALSE(at(21)) << "once a day";
+    EXPECT_TRUE(at(18.5)) << "the next day";
+    ASSERT_EQ(posted.size(), 2);
+    EXPECT_EQ(posted[0].toStdString(),
+              "trotlet.checkInReminder | Miso kept today's check-in warm: 10 Fish to start a "
+              "streak. Open Trotlet to collect.");
+
+    // A restart the same evening remembers the day.
+    CheckInReminders again(*runtime, settings, controller);
+    EXPECT_FALSE(again.check(false, "Miso"));
+
+    // Collected before the evening: nothing to remind of.
+    at(10);
+    ASSERT_EQ(runtime->engine().checkInOutcome().kind, CheckInOutcome::Kind::collected);
+    EXPECT_FALSE(at(19));
+    EXPECT_TRUE(at(19)) << "the day after the check-in";
+    EXPECT_NE(posted.last().indexOf("day 2 of your streak"), -1) << posted.last().toStdString();
+
+    // The clock set back a day: the guard distrusts it and nothing goes out.
+    clock->shiftWall(-86400 * 2);
+    runtime->tick(ShopTick{{}, 0.0});
+    EXPECT_FALSE(reminders.check(false, "Miso"));
+    clock->shiftWall(86400 * 2);
+    settings.general().setCheckInReminders(false);
+    EXPECT_FALSE(at(19)) << "switched off";
+    EXPECT_EQ(posted.size(), 3);
 }
 
 }  // namespace
