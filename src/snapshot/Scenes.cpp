@@ -19,6 +19,7 @@
 #include "snapshot/ScenePainting.h"
 #include "snapshot/SceneRig.h"
 #include "snapshot/ShopScenes.h"
+#include "snapshot/SettingsScenes.h"
 #include "ui/cards/CardView.h"
 #include "ui/panel/PanelHeader.h"
 #include "ui/panel/PanelWindow.h"
@@ -246,6 +247,7 @@ std::vector<Scene> buildScenes() {
     addProcessScenes(scenes);
     scenes.push_back({"hero", [] { return std::make_unique<HeroStage>(); }});
     addSkyScenes(scenes);
+    addSettingsScenes(scenes);
     return scenes;
 }
 

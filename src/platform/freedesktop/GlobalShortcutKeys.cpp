@@ -41,6 +41,14 @@ constexpr KeyRow kKeys[] = {
 
 }  // namespace
 
+std::optional<int> GlobalShortcutKeys::carbonKeyCode(unsigned long keysym) {
+    // Latin capitals share the lower-case key.
+    if (keysym >= 0x41 && keysym <= 0x5a) keysym += 0x20;
+    for (const KeyRow& k : kKeys)
+        if (k.keysym == keysym) return k.carbon;
+    return std::nullopt;
+}
+
 std::optional<GlobalShortcutKeys> GlobalShortcutKeys::fromCarbon(int keyCode, int modifiers) {
     const KeyRow* row = nullptr;
     for (const KeyRow& k : kKeys) {

@@ -20,6 +20,10 @@ struct GlobalShortcutKeys {
     // Nothing for a key code this table does not know, or for no modifier at all (a bare key
     // grabbed globally would take that key away from every other program).
     static std::optional<GlobalShortcutKeys> fromCarbon(int keyCode, int modifiers);
+
+    // The other way, for the Settings recorder: the Carbon key code of an X11 keysym (lower or
+    // upper case for letters); nothing for a key the table does not know.
+    static std::optional<int> carbonKeyCode(unsigned long keysym);
 };
 
 }  // namespace trotlet::platform

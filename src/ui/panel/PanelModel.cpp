@@ -2,6 +2,7 @@
 
 #include <QDateTime>
 
+#include "layout/LayoutStore.h"
 #include "mascot/MoodLine.h"
 #include "settings/AppSettings.h"
 
@@ -9,7 +10,23 @@ namespace trotlet::ui {
 
 PanelModel::PanelModel(settings::AppSettings& settings, layout::LayoutStore& layout,
                        const metrics::MetricHistory& history, QObject* parent)
-    : QObject(parent), settings_(settings), layout_(layout), history_(history) {}
+    : QObject(parent), settings_(settings), layout_(layout), history_(history) {
+    // A layout changed anywhere (Settings' card switches, a reset) rebuilds the Overview.
+    layoutObserver_ = layout_.observe([this] { emit layoutChanged(); });
+    // The cards and the mood line read units and switches from the settings: a change there
+    // redraws them as a new sample would, without waiting for one.
+    auto redraw = [this](const std::string&) {
+        if (sample_) emit sampleChanged();
+    };
+    monitoringObserver_ = settings_.monitoring().observe(redraw);
+    mascotObserver_ = settings_.mascot().observe(redraw);
+}
+
+PanelModel::~PanelModel() {
+    layout_.unobserve(layoutObserver_);
+    settings_.monitoring().unobserve(monitoringObserver_);
+    settings_.mascot().unobserve(mascotObserver_);
+}
 
 void PanelModel::setSample(const metrics::MetricsSnapshot& sample, metrics::MetricKinds kinds) {
     sample_ = sample;

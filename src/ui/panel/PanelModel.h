@@ -36,6 +36,7 @@ public:
 
     PanelModel(settings::AppSettings& settings, layout::LayoutStore& layout,
                const metrics::MetricHistory& history, QObject* parent = nullptr);
+    ~PanelModel() override;
 
     settings::AppSettings& settings() const { return settings_; }
     layout::LayoutStore& layout() const { return layout_; }
@@ -119,6 +120,9 @@ private:
     std::optional<updates::PanelNotice> notice_;
     std::optional<std::string> firstName_;
     Clock clock_;
+    int layoutObserver_ = -1;
+    int monitoringObserver_ = -1;
+    int mascotObserver_ = -1;
 };
 
 }  // namespace trotlet::ui

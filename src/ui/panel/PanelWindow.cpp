@@ -157,6 +157,30 @@ void PanelWindow::setTabScreen(panel::PanelTab tab, QWidget* screen) {
     fitToContent();
 }
 
+void PanelWindow::setCover(QWidget* cover) {
+    if (cover == cover_) return;
+    if (cover_) {
+        layout()->removeWidget(cover_);
+        cover_->deleteLater();
+    }
+    cover_ = cover;
+    tabs_->setVisible(!cover_);
+    stack_->setVisible(!cover_);
+    // The gaps around the tab bar go with it.
+    int gap = 0;
+    for (int i = 0; i < layout()->count(); ++i)
+        if (QSpacerItem* spacer = layout()->itemAt(i)->spacerItem()) {
+            const int height = cover_ ? 0 : gap++ == 0 ? tabGap : contentGap;
+            spacer->changeSize(0, height, QSizePolicy::Minimum, QSizePolicy::Fixed);
+        }
+    layout()->invalidate();
+    if (cover_) {
+        static_cast<QVBoxLayout*>(layout())->addWidget(cover_, 1);
+        cover_->show();
+    }
+    fitToContent();
+}
+
 void PanelWindow::pushDetail(QWidget* view) {
     popDetail();
     detail_ = view;
@@ -176,12 +200,13 @@ bool PanelWindow::popDetail() {
 }
 
 int PanelWindow::preferredHeight() const {
-    const QWidget* screen = stack_->currentWidget();
+    const QWidget* screen = cover_ ? cover_ : stack_->currentWidget();
     int content =
         screen == scroll_ ? overview_->height() : std::max(screen->sizeHint().height(), 260);
     const int notice = model_.notice() ? notice_->heightForWidth(Metrics::gridWidth) + tabGap : 0;
-    const int chrome = Metrics::headerHeight + tabGap + notice + Metrics::tabBarHeight +
-                       contentGap + Metrics::margin;
+    const int chrome = cover_ ? Metrics::headerHeight + notice + Metrics::margin
+                              : Metrics::headerHeight + tabGap + notice + Metrics::tabBarHeight +
+                                    contentGap + Metrics::margin;
     return std::min(chrome + content, Metrics::maxPanelHeight);
 }
 
@@ -195,7 +220,8 @@ void PanelWindow::keyPressEvent(QKeyEvent* event) {
         if (event->key() == Qt::Key_Escape) emit closeRequested();
         return;
     }
-    if (mods == Qt::ControlModifier && event->key() >= Qt::Key_1 && event->key() <= Qt::Key_9) {
+    if (mods == Qt::ControlModifier && event->key() >= Qt::Key_1 && event->key() <= Qt::Key_9 &&
+        !cover_) {
         if (const auto tab = panel::tabForNumber(event->key() - Qt::Key_0)) showTab(*tab);
         return;
     }
@@ -207,7 +233,7 @@ bool PanelWindow::event(QEvent* event) {
     if (event->type() == QEvent::ShortcutOverride || event->type() == QEvent::KeyPress) {
         auto* key = static_cast<QKeyEvent*>(event);
         const bool ctrl = key->modifiers() & Qt::ControlModifier;
-        if (ctrl && (key->key() == Qt::Key_Tab || key->key() == Qt::Key_Backtab)) {
+        if (ctrl && !cover_ && (key->key() == Qt::Key_Tab || key->key() == Qt::Key_Backtab)) {
             if (event->type() == QEvent::KeyPress)
                 showTab(panel::steppedTab(currentTab(), key->key() == Qt::Key_Backtab ? -1 : 1));
             event->accept();

@@ -40,6 +40,10 @@ public:
     void showTab(panel::PanelTab tab);
     // Replaces a tab's placeholder with its screen; the window owns it.
     void setTabScreen(panel::PanelTab tab, QWidget* screen);
+    // A view over everything but the header (the welcome tour); the window owns it. None puts
+    // the tabs back. While covered, the tab keys do nothing.
+    void setCover(QWidget* cover);
+    QWidget* cover() const { return cover_; }
     void pushDetail(QWidget* view);
     bool popDetail();
     bool hasDetail() const { return detail_ != nullptr; }
@@ -72,6 +76,7 @@ private:
     OverviewView* overview_ = nullptr;
     std::array<QWidget*, 4> screens_{};
     QWidget* detail_ = nullptr;
+    QWidget* cover_ = nullptr;
     ScrollIndicator* indicator_ = nullptr;
 };
 

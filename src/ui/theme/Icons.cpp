@@ -1,6 +1,7 @@
 #include "ui/theme/Icons.h"
 
 #include "ui/theme/ShopIcons.h"
+#include "ui/theme/SettingsIcons.h"
 
 #include <QPainter>
 #include <QPainterPath>
@@ -504,6 +505,7 @@ const Drawer* find(std::string_view name) {
     if (const Drawer* shop = shopIcon(name)) return shop;
     for (const auto& e : controlSymbols())
         if (e.name == name) return &e.draw;
+    if (const Drawer* own = icons::settingsIcon(name)) return own;
     // The night variant of a rain cloud draws like the day's, with the moon for the sun.
     if (name == "cloud.moon.rain.fill") {
         static const Drawer night = [](QPainter& p, const QColor& c) {

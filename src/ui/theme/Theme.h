@@ -29,6 +29,10 @@ struct Palette {
     QColor headerTop;  // the header's backdrop until the painted sky draws there
     QColor headerBottom;
     QColor calm, busy, hot, critical;
+    QColor knob;     // a switch's or slider's thumb
+    QColor shadow;   // under a thumb or a raised surface
+    QColor trayBar;  // the desktop's top bar in the menu-bar preview
+    QColor trayText;
 
     QColor level(panel::Level level) const;
     // A card kind's accent by the registry's colour name ("blue", "teal", …).
@@ -78,6 +82,20 @@ struct Metrics {
     static constexpr int buttonRadius = 13;
     static constexpr int sheetRadius = 14;
     static constexpr int sheetPadding = 18;
+
+    // Settings and the welcome tour: rows in grouped blocks, and their controls.
+    static constexpr int rowHeight = 44;
+    static constexpr int rowPadding = 12;
+    static constexpr int blockGap = 18;
+    static constexpr int blockTitleHeight = 22;
+    static constexpr int switchWidth = 38;
+    static constexpr int switchHeight = 22;
+    static constexpr int controlHeight = 28;
+    static constexpr int chipGap = 6;
+    static constexpr int sliderThumb = 18;
+    static constexpr int sectionIcon = 28;
+    static constexpr int suggestionHeight = 44;
+    static constexpr int trayBarHeight = 28;
 };
 
 // The type scale, derived from the desktop's font so that text follows its size.
