@@ -48,6 +48,17 @@ wait "$early"
 status=$?
 [[ $status == 0 ]] || fail "the early copy exited $status: $(cat "$work/early")"
 
+# 0. A first run opens the panel by itself on the welcome tour.
+"$trotlet" >"$work/first.out" 2>"$work/first" &
+first_run=$!
+pids+=("$first_run")
+wait_for "$work/first" "trotlet: panel opened (first run)" 30 || fail "a first run did not open the panel: $(cat "$work/first")"
+grep -qF "trotlet: welcome tour shown at step meet" "$work/first" || fail "no tour on the first run: $(cat "$work/first")"
+kill -TERM "$first_run" 2>/dev/null
+wait "$first_run" || fail "the first run exited $?"
+# From here on the user has been through it.
+tour_done
+
 # start_app <log> [env assignments...]: starts the app with the arguments in $app_args,
 # waits until it runs; sets $app.
 app_args=()

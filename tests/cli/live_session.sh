@@ -13,6 +13,12 @@ mkdir -p "$HOME" "$XDG_RUNTIME_DIR" && chmod 700 "$XDG_RUNTIME_DIR"
 
 fail() { echo "FAIL: $*"; failures=$((failures + 1)); }
 
+# A home whose user has been through the welcome tour, so a start does not open the panel on it.
+tour_done() {
+    mkdir -p "$XDG_CONFIG_HOME/trotlet"
+    printf '{"general.hasCompletedOnboarding": true}\n' >"$XDG_CONFIG_HOME/trotlet/settings.json"
+}
+
 # wait_for <file> <fixed text> [seconds]
 wait_for() {
     local deadline=$((SECONDS + ${3:-20}))

@@ -31,6 +31,7 @@
 #include "platform/freedesktop/TrayItem.h"
 #include "settings/AppSettings.h"
 #include "shop/Catalog.h"
+#include "shop/qt/CheckInReminders.h"
 #include "shop/qt/ShopAlerts.h"
 #include "shop/qt/ShopRuntime.h"
 #include "weather/qt/WeatherRuntime.h"
@@ -131,8 +132,14 @@ AppModel::AppModel(const cli::LaunchOptions& options, settings::AppSettings& set
                 settings_.general().launchAtLogin(),
                 QCoreApplication::applicationFilePath().toStdString());
             if (!written) std::fprintf(stderr, "trotlet: %s\n", written.error.c_str());
+            autostartProblem_ = written ? QString() : QString::fromStdString(written.error);
+            emit autostartChanged();
         }
-        applyGeneralSettings();
+        // Finishing or skipping the welcome tour hands over a gift it did not open.
+        if (key == "general.hasCompletedOnboarding" &&
+            settings_.general().hasCompletedOnboarding() && shop_)
+            shop_->grantWelcomeGift();
+        if (key.rfind("general.globalShortcut", 0) == 0) applyGeneralSettings();
     });
 
     buildEngines();
@@ -170,6 +177,8 @@ void AppModel::buildEngines() {
     shop::ShopRuntime::Options shopOptions;
     shopOptions.seed = seed;
     shopOptions.goldenFishEnabled = settings_.mascot().goldenFish();
+    // A first run's gift is opened in the welcome tour.
+    shopOptions.welcomeGiftAtStart = settings_.general().hasCompletedOnboarding();
     const shop::ShopDebugOptions debug = shop::ShopRuntime::debugOptionsFromArguments();
     shopOptions.grantFish = debug.grantFish;
     shop_ = new shop::ShopRuntime(shop::ShopRuntime::systemParts(debug, ephemeral, seed),
@@ -194,6 +203,7 @@ void AppModel::buildEngines() {
         shop_->setGoldenFishEnabled(settings_.mascot().goldenFish());
     });
     shop_->start();
+    reminders_ = new shop::CheckInReminders(*shop_, settings_, *notifications_, this);
 
     weather_ = new weather::WeatherRuntime(settings_.weather(), ephemeral, this);
     statusItem_->setWeatherText([this]() -> QString {
@@ -243,6 +253,7 @@ bool AppModel::motionReduced() const {
 QDBusConnection AppModel::sessionBus() const { return QDBusConnection::sessionBus(); }
 
 void AppModel::setPanelOpen(bool open) {
+    panelOpen_ = open;
     store_->setTier(open ? metrics::ConsumerTier::panelOpen : metrics::ConsumerTier::menuBarOnly);
     notifications_->setPanelOpen(open);
     shop_->setPanelOpen(open);
@@ -280,11 +291,21 @@ void AppModel::onSample() {
         shop_->mascotOverheated();
     lastMood_ = mood;
     shop_->tick(tick);
+    reminders_->check(panelOpen_, notifications_->rules().mascotName());
+}
+
+void AppModel::setShortcutSuspended(bool suspended) {
+    if (suspended == shortcutSuspended_) return;
+    shortcutSuspended_ = suspended;
+    debugLog(suspended ? "global shortcut: let go while Settings records one"
+                       : "global shortcut: recording over");
+    applyGeneralSettings();
 }
 
 void AppModel::applyGeneralSettings() {
     const auto& general = settings_.general();
-    if (general.globalShortcutEnabled() && !std::getenv("TROTLET_QA_NO_HOTKEY"))
+    if (general.globalShortcutEnabled() && !shortcutSuspended_ &&
+        !std::getenv("TROTLET_QA_NO_HOTKEY"))
         shortcut_->setShortcut(general.globalShortcutKeyCode(), general.globalShortcutModifiers());
     else
         shortcut_->clear();

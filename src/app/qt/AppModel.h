@@ -10,6 +10,7 @@
 #include <QDBusConnection>
 #include <QObject>
 #include <QPoint>
+#include <QString>
 
 #include "cli/LaunchOptions.h"
 #include "mascot/MascotMood.h"
@@ -41,6 +42,7 @@ class ScreenLock;
 class TrayItem;
 }  // namespace trotlet::platform
 namespace trotlet::shop {
+class CheckInReminders;
 class ShopRuntime;
 }
 namespace trotlet::weather {
@@ -78,6 +80,12 @@ public:
     shop::ShopRuntime& shop() { return *shop_; }
     weather::WeatherRuntime& weather() { return *weather_; }
     layout::LayoutStore& layout() { return *layout_; }
+    platform::GlobalShortcut& shortcut() { return *shortcut_; }
+    platform::Notifications& notifier() { return *notifier_; }
+    // While the Settings recorder listens, the global grab is let go so the keys reach it.
+    void setShortcutSuspended(bool suspended);
+    // Why the login entry could not be written the last time; empty when it was.
+    const QString& autostartProblem() const { return autostartProblem_; }
     // Whether animations should hold still: the desktop asks to reduce motion and the user did
     // not choose to animate anyway.
     bool motionReduced() const;
@@ -86,6 +94,7 @@ public:
 signals:
     void trayActivated(QPoint point);
     void motionPolicyChanged();
+    void autostartChanged();
 
 private:
     void applyGeneralSettings();
@@ -106,6 +115,10 @@ private:
     platform::ScreenLock* screenLock_ = nullptr;
     bool screenLocked_ = false;
     platform::GlobalShortcut* shortcut_ = nullptr;
+    bool shortcutSuspended_ = false;
+    QString autostartProblem_;
+    bool panelOpen_ = false;
+    shop::CheckInReminders* reminders_ = nullptr;
     mascot::MascotAnimator* animator_ = nullptr;
     std::unique_ptr<platform::TrayItem> tray_;
     menubar::StatusItemController* statusItem_ = nullptr;

@@ -15,6 +15,7 @@
 #include "app/qt/DebugLog.h"
 #include "app/qt/PanelHost.h"
 #include "app/qt/SignalRelay.h"
+#include "panel/Onboarding.h"
 #include "panel/PanelPlacement.h"
 #include "platform/freedesktop/TrayItem.h"
 #include "settings/qt/SessionSettings.h"
@@ -68,6 +69,9 @@ LiveApp::LiveApp(const cli::LaunchOptions& options, const std::vector<std::strin
                                               : "live app started");
     if (options_.openPanel)
         QTimer::singleShot(600, this, [this] { openPanel(QStringLiteral("--open-panel")); });
+    else if (panel::opensOnStart(settings_->general()))
+        // A first run opens on the welcome tour once the tray item has had a moment to appear.
+        QTimer::singleShot(1500, this, [this] { openPanel(QStringLiteral("first run")); });
 }
 
 LiveApp::~LiveApp() {
@@ -100,6 +104,7 @@ void LiveApp::buildTray() {
     model_ = new AppModel(options_, *settings_, menu_.get(), this);
     panel_ = new PanelHost(*model_, *settings_, options_, this);
     connect(panel_, &PanelHost::closeRequested, this, &LiveApp::closePanel);
+    connect(panel_, &PanelHost::quitRequested, this, &LiveApp::quit);
     connect(model_, &AppModel::trayActivated, this, [this](QPoint point) {
         // The global shortcut reports a null point: it was no click.
         if (!point.isNull()) pendingClick_ = point;

@@ -37,6 +37,8 @@ public:
 
     settings::AppSettings& settings() { return *settings_; }
     updates::UpdatesRuntime& updates() { return *updates_; }
+    AppModel& model() { return *model_; }
+    PanelHost& panel() { return *panel_; }
     bool isPanelOpen() const;
     panel::PanelTab panelTab() const { return tab_; }
 

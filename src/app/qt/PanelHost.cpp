@@ -5,6 +5,7 @@
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QDesktopServices>
+#include <QDir>
 #include <QEvent>
 #include <QPalette>
 #include <QUrl>
@@ -33,11 +34,15 @@
 #include "processes/qt/ProcessesController.h"
 #include "reports/PawReport.h"
 #include "reports/qt/PawReportView.h"
+#include "platform/freedesktop/GlobalShortcut.h"
+#include "platform/freedesktop/Notifications.h"
+#include "platform/linux/XdgPaths.h"
 #include "settings/AppSettings.h"
 #include "settings/RawEnum.h"
 #include "shop/Catalog.h"
 #include "shop/ShopScreenContent.h"
 #include "shop/qt/ShopRuntime.h"
+#include "ui/onboarding/OnboardingView.h"
 #include "ui/overview/OverviewView.h"
 #include "ui/panel/PanelHeader.h"
 #include "ui/panel/PanelModel.h"
@@ -45,6 +50,8 @@
 #include "ui/shop/ShopInstall.h"
 #include "ui/shop/ShopScreen.h"
 #include "ui/processes/ProcessesScreen.h"
+#include "ui/settings/SettingsController.h"
+#include "ui/settings/SettingsView.h"
 #include "ui/theme/ThemeStore.h"
 #include "updates/PanelNotice.h"
 #include "updates/qt/InstallOfferStore.h"
@@ -52,6 +59,7 @@
 #include "updates/qt/UpdatesRuntime.h"
 #include "updates/qt/WhatsNewStore.h"
 #include "weather/qt/WeatherRuntime.h"
+#include "weather/qt/WeatherSearch.h"
 #include "weather/qt/WeatherStore.h"
 
 #include "BuildInfo.h"
@@ -60,6 +68,8 @@ namespace trotlet::app {
 namespace {
 
 constexpr int releaseAfterMs = 60 * 1000;
+// The test notification's key: it replaces the previous test, never an alert.
+constexpr const char* testNotificationKey = "trotlet.test";
 
 bool perfLogging() {
     const char* value = std::getenv("TROTLET_PANEL_PERF");
@@ -84,10 +94,145 @@ PanelHost::PanelHost(AppModel& model, settings::AppSettings& settings,
     releaseTimer_.setSingleShot(true);
     releaseTimer_.setInterval(releaseAfterMs);
     connect(&releaseTimer_, &QTimer::timeout, this, &PanelHost::release);
+    wireSettings();
 }
+
+void PanelHost::wireSettings() {
+    controller_ = std::make_unique<ui::SettingsController>();
+    // Folders under the home folder read as "~/…", as a terminal shows them.
+    auto home = [](const std::string& path) {
+        const QString p = QString::fromStdString(path);
+        const QString h = QString::fromStdString(platform::XdgPaths::homeDir()) + QLatin1Char('/');
+        return p.startsWith(h) ? QStringLiteral("~/") + p.mid(h.size()) : p;
+    };
+    const bool inMemory = settings_.store().isEphemeral();
+    const auto shopFolder = app_.shop().persistence().fileDirectory();
+    controller_->setAbout(QString::fromLatin1(build::version),
+                          QString::fromLatin1(build::buildNumber),
+                          inMemory ? QString() : home(platform::XdgPaths::configDir()),
+                          shopFolder ? home(*shopFolder) : QString());
+    controller_->setPlaceSearch(
+        std::make_unique<weather::WeatherSearch>(&app_.weather().fetcher()));
+    controller_->setAutostartProblem(app_.autostartProblem());
+    connect(&app_, &AppModel::autostartChanged, controller_.get(),
+            [this] { controller_->setAutostartProblem(app_.autostartProblem()); });
+    updateShortcutFacts();
+    connect(&app_.shortcut(), &platform::GlobalShortcut::stateChanged, controller_.get(),
+            [this] { updateShortcutFacts(); });
+    // The backend re-binds on every change of the keys; its reason may change without its state.
+    settingsObserverForShortcut_ = settings_.general().observe([this](const std::string& key) {
+        if (key.rfind("general.globalShortcut", 0) == 0)
+            QTimer::singleShot(0, this, [this] { updateShortcutFacts(); });
+    });
+    auto gift = [this] {
+        controller_->setWelcomeGift(app_.shop().engine().welcomeGiftGranted(),
+                                    shop::EconomyRules::welcomeGift);
+    };
+    gift();
+    connect(&app_.shop(), &shop::ShopRuntime::changed, controller_.get(), gift);
+    connect(controller_.get(), &ui::SettingsController::welcomeGiftRequested, this, [this, gift] {
+        if (app_.shop().grantWelcomeGift()) debugLog("welcome gift opened in the tour");
+        gift();
+        if (isOpen()) feedShop();
+    });
+    connect(controller_.get(), &ui::SettingsController::shortcutRecording, this,
+            [this](bool recording) { app_.setShortcutSuspended(recording); });
+    connect(controller_.get(), &ui::SettingsController::actionRequested, this, &PanelHost::perform);
+    connect(controller_.get(), &ui::SettingsController::onboardingClosed, this, [this] {
+        onboardingStep_ = panel::OnboardingStep::meet;
+        if (window_) window_->setCover(nullptr);
+        debugLog("welcome tour closed");
+    });
+    connect(&app_.notifier(), &platform::Notifications::delivered, controller_.get(),
+            [this](const QString& key) {
+                if (key == QLatin1String(testNotificationKey))
+                    controller_->setTestNotificationResult(QStringLiteral(
+                        "Sent. Nothing on screen? The desktop may be in Do Not Disturb"));
+            });
+    connect(&app_.notifier(), &platform::Notifications::failed, controller_.get(),
+            [this](const QString& key, const QString& message) {
+                if (key == QLatin1String(testNotificationKey))
+                    controller_->setTestNotificationResult(
+                        QStringLiteral("The desktop's notification service did not answer: ") +
+                        message);
+            });
+}
+
+void PanelHost::updateShortcutFacts() {
+    using S = platform::GlobalShortcut::State;
+    const auto& shortcut = app_.shortcut();
+    panel::ShortcutStatus status = panel::ShortcutStatus::off;
+    switch (shortcut.state()) {
+        case S::off:
+            status = panel::ShortcutStatus::off;
+            break;
+        case S::pending:
+            status = panel::ShortcutStatus::pending;
+            break;
+        case S::active:
+            status = panel::ShortcutStatus::active;
+            break;
+        case S::unavailable:
+            status = panel::ShortcutStatus::unavailable;
+            break;
+    }
+    controller_->setShortcut(status, shortcut.unavailableReason());
+}
+
+void PanelHost::perform(panel::RowAction action) {
+    switch (action) {
+        case panel::RowAction::testNotification: {
+            const auto text = panel::testNotification(model_ ? model_->mascotName() : "Mochi");
+            controller_->setTestNotificationResult(QStringLiteral("Sending…"));
+            app_.notifier().post(QLatin1String(testNotificationKey),
+                                 QString::fromStdString(text.title),
+                                 QString::fromStdString(text.body));
+            debugLog("notifications: test notification sent");
+            return;
+        }
+        case panel::RowAction::showOnboarding:
+            showOnboarding();
+            return;
+        case panel::RowAction::openConfigFolder:
+        case panel::RowAction::openDataFolder: {
+            const QString folder = QString::fromStdString(
+                action == panel::RowAction::openConfigFolder ? platform::XdgPaths::configDir()
+                                                             : platform::XdgPaths::dataDir());
+            QDir().mkpath(folder);
+            QDesktopServices::openUrl(QUrl::fromLocalFile(folder));
+            return;
+        }
+        case panel::RowAction::quit:
+            emit quitRequested(QStringLiteral("Settings"));
+            return;
+        case panel::RowAction::checkForUpdates:
+            if (updates_) updates_->updates().checkNow();
+            return;
+        case panel::RowAction::none:
+        case panel::RowAction::resetLayout:
+        case panel::RowAction::clearPlace:
+            return;
+    }
+}
+
+void PanelHost::showOnboarding() {
+    ui::PanelWindow& w = window();
+    // Building the window for a first run has already put the tour up.
+    if (qobject_cast<ui::OnboardingView*>(w.cover())) return;
+    auto* tour = new ui::OnboardingView(*model_, *theme_, *controller_);
+    tour->showStep(onboardingStep_);
+    connect(tour, &ui::OnboardingView::stepChanged, this,
+            [this](panel::OnboardingStep step) { onboardingStep_ = step; });
+    w.setCover(tour);
+    debugLog("welcome tour shown at step " +
+             std::string(panel::OnboardingStepNames[std::size_t(onboardingStep_)]));
+}
+
+bool PanelHost::isShowingOnboarding() const { return window_ && window_->cover(); }
 
 PanelHost::~PanelHost() {
     settings_.general().unobserve(appearanceObserver_);
+    settings_.general().unobserve(settingsObserverForShortcut_);
     window_.reset();
     processes_ = nullptr;
     model_.reset();
@@ -143,6 +288,9 @@ void PanelHost::build() {
     connect(&app_, &AppModel::motionPolicyChanged, model_.get(),
             [this] { model_->setReduceMotion(app_.motionReduced()); });
     if (updates_) connectUpdates();
+    settingsView_ = new ui::SettingsView(*model_, *theme_, *controller_);
+    window_->setTabScreen(panel::PanelTab::settings, settingsView_);
+    if (panel::opensOnStart(settings_.general())) showOnboarding();
     builtSinceShown_ = true;
     debugLog("panel built");
 }
@@ -245,6 +393,17 @@ void PanelHost::show(const QElapsedTimer& startedAt) {
 void PanelHost::setUpdates(updates::UpdatesRuntime* updates) {
     updates_ = updates;
     if (model_ && updates_) connectUpdates();
+    if (!updates_) {
+        controller_->setUpdates(false, {});
+        return;
+    }
+    // About shows the checker's line under "Check for updates", kept current.
+    auto line = [this] {
+        controller_->setUpdates(true, QString::fromStdString(
+                                          updates::updateStatusLine(updates_->updates().status())));
+    };
+    connect(&updates_->updates(), &updates::UpdateStore::changed, controller_.get(), line);
+    line();
 }
 
 void PanelHost::connectUpdates() {
@@ -321,6 +480,7 @@ void PanelHost::showDetail(panel::MetricDetail detail) {
 void PanelHost::release() {
     if (!window_ || window_->isVisible()) return;
     releaseTimer_.stop();
+    settingsView_ = nullptr;
     window_.reset();
     processes_ = nullptr;
     model_.reset();

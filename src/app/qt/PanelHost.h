@@ -8,7 +8,9 @@
 #include <optional>
 
 #include "cli/LaunchOptions.h"
+#include "panel/Onboarding.h"
 #include "panel/PanelRoute.h"
+#include "panel/SettingsScreen.h"
 
 namespace trotlet::settings {
 class AppSettings;
@@ -22,6 +24,8 @@ class ProcessesController;
 namespace trotlet::ui {
 class PanelModel;
 class PanelWindow;
+class SettingsController;
+class SettingsView;
 class ThemeStore;
 }  // namespace trotlet::ui
 
@@ -62,10 +66,20 @@ public:
 
     // Releases the window now (tests; the timer does it after a minute).
     void release();
+
+    // What Settings and the welcome tour read from the app, and where their actions arrive.
+    ui::SettingsController& settingsController() { return *controller_; }
+    const ui::ThemeStore& theme() const { return *theme_; }
+    // The Settings tab's screen; none until the window is built.
+    ui::SettingsView* settingsView() const { return settingsView_; }
+    // Covers the panel with the welcome tour, at the step it was left at.
+    void showOnboarding();
+    bool isShowingOnboarding() const;
     bool releasePending() const { return releaseTimer_.isActive(); }
 
 signals:
     void closeRequested(const QString& reason);
+    void quitRequested(const QString& reason);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -80,6 +94,9 @@ private:
     void feedNotice();
     void connectUpdates();
     void buildProcesses();
+    void wireSettings();
+    void perform(panel::RowAction action);
+    void updateShortcutFacts();
 
     AppModel& app_;
     settings::AppSettings& settings_;
@@ -95,6 +112,10 @@ private:
     bool perfFirstBuild_ = false;
     bool builtSinceShown_ = false;
     int appearanceObserver_ = -1;
+    int settingsObserverForShortcut_ = -1;
+    std::unique_ptr<ui::SettingsController> controller_;
+    ui::SettingsView* settingsView_ = nullptr;
+    panel::OnboardingStep onboardingStep_ = panel::OnboardingStep::meet;
 };
 
 }  // namespace trotlet::app

@@ -98,10 +98,12 @@ ShopRuntime::~ShopRuntime() {
 }
 
 void ShopRuntime::start() {
-    engine_->grantWelcomeGiftIfNeeded();
+    if (options_.welcomeGiftAtStart) engine_->grantWelcomeGiftIfNeeded();
     if (options_.grantFish) engine_->grantDebugFish(*options_.grantFish, "--grant-fish");
     rearmGoldenFish();
 }
+
+bool ShopRuntime::grantWelcomeGift() { return engine_->grantWelcomeGiftIfNeeded(); }
 
 void ShopRuntime::tick(const ShopTick& tick) {
     const ClockReading now = parts_.clock->read();

@@ -61,6 +61,8 @@ public:
         std::uint64_t seed = 0;
         std::optional<std::int64_t> grantFish;  // `--grant-fish` in debug builds
         bool goldenFishEnabled = true;
+        // A new user's gift waits for the welcome tour, which hands it over on a click.
+        bool welcomeGiftAtStart = true;
         int progressSaveDelayMs = 60 * 1000;
         int counterSaveDelayMs = 5 * 60 * 1000;
     };
@@ -77,9 +79,12 @@ public:
     ShopRuntime(Parts parts, Options options, QObject* parent = nullptr);
     ~ShopRuntime() override;
 
-    // Grants the welcome gift to a new user and the debug grant. Separate from construction so
-    // that the moments it raises reach receivers connected in between.
+    // Grants the welcome gift to a new user (unless the tour will) and the debug grant.
+    // Separate from construction so that the moments it raises reach receivers connected in
+    // between.
     void start();
+    // The welcome gift, once: true when it was granted now (with its first achievement).
+    bool grantWelcomeGift();
 
     // One sampling tick: the passive tick over the time since the previous one (measured on
     // the economy clock's monotonic reading, so a suspend or a long stall earns nothing), the

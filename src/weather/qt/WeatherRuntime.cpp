@@ -33,7 +33,10 @@ private:
 
 WeatherRuntime::WeatherRuntime(settings::WeatherSettings& settings, bool ephemeralSession,
                                QObject* parent)
-    : QObject(parent), settings_(settings), ownFetcher_(std::make_unique<OnDemandClient>()) {
+    : QObject(parent),
+      settings_(settings),
+      ownFetcher_(std::make_unique<OnDemandClient>()),
+      fetcher_(ownFetcher_.get()) {
     store_ =
         std::make_unique<WeatherStore>(*ownFetcher_, WeatherCache::forSession(ephemeralSession));
     applySettings();
@@ -44,7 +47,7 @@ WeatherRuntime::WeatherRuntime(settings::WeatherSettings& settings, bool ephemer
 WeatherRuntime::WeatherRuntime(settings::WeatherSettings& settings, WeatherFetching& fetcher,
                                WeatherCache cache, std::unique_ptr<NetworkPathWatch> watch,
                                WeatherStore::Clock clock, QObject* parent)
-    : QObject(parent), settings_(settings) {
+    : QObject(parent), settings_(settings), fetcher_(&fetcher) {
     store_ = std::make_unique<WeatherStore>(fetcher, std::move(cache), std::move(watch),
                                             std::move(clock));
     applySettings();

@@ -36,12 +36,15 @@ public:
     const WeatherStore& store() const { return *store_; }
     // Whether the network client has been made (it is, at the first fetch).
     bool hasClient() const;
+    // The network client, for the settings' city search (made on its first search).
+    WeatherFetching& fetcher() { return *fetcher_; }
 
 private:
     void applySettings();
 
     settings::WeatherSettings& settings_;
     std::unique_ptr<WeatherFetching> ownFetcher_;
+    WeatherFetching* fetcher_ = nullptr;
     std::unique_ptr<WeatherStore> store_;
     int observer_ = 0;
 };

@@ -68,6 +68,7 @@ protected:
         ASSERT_TRUE(home.isValid());
         for (const char* dir : {"home", "config/trotlet", "data", "cache", "run"})
             ASSERT_TRUE(QDir().mkpath(home.filePath(QString::fromLatin1(dir))));
+        writeSettings("{}");
         QFile::setPermissions(home.filePath(QStringLiteral("run")),
                               QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
 
@@ -84,10 +85,14 @@ protected:
             QStringLiteral("org.kde.StatusNotifierWatcher"));
     }
 
+    // The user has been through the welcome tour unless the settings say otherwise, so a
+    // start does not open the panel on it by itself.
     void writeSettings(const QByteArray& json) {
+        auto settings = nlohmann::json::parse(json.toStdString());
+        settings.emplace("general.hasCompletedOnboarding", true);
         QFile file(home.filePath(QStringLiteral("config/trotlet/settings.json")));
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(json);
+        file.write(QByteArray::fromStdString(settings.dump()));
     }
 
     QProcessEnvironment environment() const {

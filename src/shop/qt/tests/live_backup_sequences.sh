@@ -44,6 +44,7 @@ except FileNotFoundError: print("none"); sys.exit()
 print(s["balance"] if s["balance"] == sum(r["amount"] for r in s["ledger"]) else "bad")' "$1"
 }
 
+tour_done
 "$fake_tray" >"$work/tray" 2>&1 &
 pids+=($!)
 wait_for "$work/tray" ready 10 || { echo "FAIL: the fake tray did not start"; exit 1; }

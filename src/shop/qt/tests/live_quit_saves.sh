@@ -10,6 +10,7 @@ fake_tray=$2
 export QT_QPA_PLATFORM=xcb TROTLET_DEBUG_LOG=1 TROTLET_ALLOW_MULTIPLE=1
 unset DBUS_SESSION_BUS_ADDRESS WAYLAND_DISPLAY TROTLET_WEATHER_CACHE
 shop=$XDG_DATA_HOME/trotlet/shop.json
+tour_done
 
 # active_seconds: today's credited seconds in the shop file, or "none".
 active_seconds() {
@@ -42,7 +43,7 @@ run_for() {
     [[ $status == 0 ]] || fail "SIG$signal: exit status $status: $(cat "$log")"
 }
 
-# 1. A first run: the welcome gift is written at once; the passive progress of the next
+# 1. A new shop: the welcome gift is written at once; the passive progress of the next
 #    samples waits for its deferred write, which only the quit can have made.
 run_for 7 TERM "$work/term"
 first=$(active_seconds)
