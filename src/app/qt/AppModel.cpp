@@ -127,7 +127,12 @@ AppModel::AppModel(const cli::LaunchOptions& options, settings::AppSettings& set
             [this] { emit trayActivated(QPoint()); });
     applyGeneralSettings();
     observe(settings_.general(), [this](const std::string& key) {
-        if (key == "general.launchAtLogin") {
+        if (key == "general.launchAtLogin" && settings_.store().isEphemeral()) {
+            // A session that keeps nothing leaves the desktop's login entries alone too.
+            autostartProblem_ =
+                QStringLiteral("Not saved: this session keeps its settings in memory");
+            emit autostartChanged();
+        } else if (key == "general.launchAtLogin") {
             const auto written = platform::Autostart::setEnabled(
                 settings_.general().launchAtLogin(),
                 QCoreApplication::applicationFilePath().toStdString());
