@@ -450,8 +450,9 @@ std::vector<SettingsBlock> about(const SettingsFacts& f) {
     name.valueText = "A menu bar system monitor with a running mascot";
     app.rows.push_back(name);
     if (f.updatesAvailable) {
-        app.rows.push_back(button(RowAction::checkForUpdates, "checkForUpdates", "Updates",
-                                  "Check for updates", f.updateLine));
+        app.rows.push_back(
+            button(RowAction::checkForUpdates, "checkForUpdates", "Updates", "Check for updates",
+                   f.updateLine.empty() ? "Look for a newer version now" : f.updateLine));
     }
     blocks.push_back(app);
 

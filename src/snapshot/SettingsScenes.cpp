@@ -121,6 +121,8 @@ std::unique_ptr<SceneStage> sectionScene(panel::SettingsSection section) {
     if (section == panel::SettingsSection::menuBar)
         s.menuBar().setTextMetric(settings::MenuBarTextMetric::cpu);
     if (section == panel::SettingsSection::notifications) s.notifications().setHighCPU(true);
+    if (section == panel::SettingsSection::about)
+        stage->controller().setUpdates(true, QStringLiteral("Trotlet is up to date."));
     stage->view().openSection(section);
     stage->view().refreshNow();
     return stage;
