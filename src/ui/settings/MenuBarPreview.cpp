@@ -95,9 +95,10 @@ void MenuBarPreview::paintEvent(QPaintEvent*) {
     QPainter p(this);
     p.setRenderHint(QPainter::Antialiasing);
     const QRectF bar(0, Metrics::spacing, width(), Metrics::trayBarHeight);
-    p.setPen(Qt::NoPen);
+    // A hairline keeps the bar's edge visible on a dark surface.
+    p.setPen(QPen(pal.border, 1));
     p.setBrush(pal.trayBar);
-    p.drawRoundedRect(bar, 8, 8);
+    p.drawRoundedRect(bar.adjusted(0.5, 0.5, -0.5, -0.5), 8, 8);
 
     // From the right: the clock, two neighbours, then our item.
     QFont font = t.type().label;
