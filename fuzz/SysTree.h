@@ -38,11 +38,12 @@ public:
             if (eq == std::string_view::npos) continue;
             const auto parts = split(line.substr(0, eq), '/', 4);
             if (parts.size() != 3 || !std::all_of(parts.begin(), parts.end(), plainName)) continue;
-            std::string dir = "sys/class/" + std::string(parts[0]);
+            std::string dir("sys/class/");
+            dir.append(parts[0]);
             makeDirectory(dir);
-            dir += "/" + std::string(parts[1]);
+            dir.append("/").append(parts[1]);
             makeDirectory(dir);
-            const std::string file = dir + "/" + std::string(parts[2]);
+            const std::string file = std::string(dir).append("/").append(parts[2]);
             if (std::find(files_.begin(), files_.end(), file) != files_.end()) continue;
             std::ofstream(root_ + "/" + file, std::ios::binary) << line.substr(eq + 1) << '\n';
             files_.push_back(file);
