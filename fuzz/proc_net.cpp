@@ -31,7 +31,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     for (const auto& c : before) names.push_back(c.name);
     for (const auto& name : names)
         if (auto w = parseWireless(second, name)) {
-            if (w->qualityPercent) FUZZ_CHECK(*w->qualityPercent > 0 && *w->qualityPercent <= 100);
+            if (w->qualityPercent) FUZZ_CHECK(*w->qualityPercent >= 0 && *w->qualityPercent <= 100);
             if (w->rssiDbm) FUZZ_CHECK(*w->rssiDbm < 0 && *w->rssiDbm > -256);
             if (w->noiseDbm) FUZZ_CHECK(*w->noiseDbm < 0 && *w->noiseDbm > -256);
         }
