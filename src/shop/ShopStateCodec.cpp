@@ -135,9 +135,12 @@ std::variant<DecodedState, DecodeError> ShopStateCodec::decode(std::string_view 
     ShopStateMigrator::upgrade(s, out.fromVersion, v1, calendar_, hadPassiveProgress, ids);
     recomputeRunningBalances(s.ledger);
 
-    int64_t sum = 0;
-    for (const auto& row : s.ledger) sum += row.amount;
-    if (sum < 0 || s.balance < 0) return broken("the Fish history adds up to less than nothing");
+    // Spending never takes a wallet below zero, so a history whose running balance dips there
+    // was not written by this program: the money is not trustworthy.
+    for (size_t i = 0; i < s.ledger.size(); ++i)
+        if (s.ledger[i].balanceAfter < 0)
+            return broken("the Fish history falls below nothing at row " + std::to_string(i));
+    if (s.balance < 0) return broken("the balance is less than nothing");
     return out;
 }
 
