@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Builds the libFuzzer targets (preset `fuzz`: clang, AddressSanitizer, UBSan) and runs each for
 # SECONDS (default 60), one after another, at the lowest CPU priority. One line per target:
-# executions, coverage, corpus size and the result. A crash leaves its input under
-# build/fuzz/artifacts/<target>/; minimize it and commit it to fuzz/corpus/<target>/ with the fix.
+# executions, coverage, corpus size and the result. A crash leaves its input, and a minimized
+# copy (.min), under build/fuzz/artifacts/<target>/: commit it to fuzz/corpus/<target>/ with the fix.
 #   scripts/fuzz.sh [SECONDS] [TARGET...]
 # New inputs found go to build/fuzz/corpus/<target>/ (kept between runs); the committed corpus
 # in fuzz/corpus/ is read, never written.
@@ -61,6 +61,12 @@ for t in "${targets[@]}"; do
     failed=1
     artifact=$(grep -oE "Test unit written to [^ ]+" "$log" | tail -1 | sed 's/Test unit written to //' || true)
     kind=$(grep -oE 'ERROR: (AddressSanitizer|UndefinedBehaviorSanitizer|LeakSanitizer|libFuzzer): [a-z-]+|runtime error: [^(]+|fuzz check failed: .*|ParseDictionaryFile: .*' "$log" | head -1 || true)
+    if [ -n "$artifact" ] && [ -f "$artifact" ]; then
+      # A smaller input that fails the same way, to commit with the fix.
+      nice -n 19 "$binary" -minimize_crash=1 -max_total_time=30 -exact_artifact_path="$artifact.min" \
+        "$artifact" >>"$log" 2>&1 || true
+      [ -f "$artifact.min" ] && artifact=$artifact.min
+    fi
     result="FAILED (${kind:-exit $status}) ${artifact:-} log: $log"
   fi
   printf '%-18s %12s %8s %8s %7s  %s\n' "$t" "${executions:-?}" "${cov:-?}" "${ft:-?}" "${corp:-?}" "$result"
