@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "json/ParseBounded.h"
 #include "shop/JsonFields.h"
 
 namespace trotlet::shop {
@@ -62,7 +63,7 @@ bool plausible(int64_t fish) { return fish <= plausibleFishLimit && fish >= -pla
 }  // namespace
 
 std::variant<DecodedState, DecodeError> ShopStateCodec::decode(std::string_view bytes) const {
-    nlohmann::json root = nlohmann::json::parse(bytes.begin(), bytes.end(), nullptr, false);
+    nlohmann::json root = trotlet::json::parseBounded(bytes);
     if (root.is_discarded() || !root.is_object())
         return DecodeError{DecodeError::Kind::unreadableHeader, 0, "not a JSON object"};
     const auto* version = json::field(root, "schemaVersion");

@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "json/ParseBounded.h"
 #include "metrics/TimeRange.h"
 #include "weather/JsonFields.h"
 
@@ -67,7 +68,7 @@ struct Columns {
 
 std::optional<WeatherReport> decodeForecast(std::string_view body, const WeatherLocation& location,
                                             UnixTime fetchedAt) {
-    auto j = nlohmann::json::parse(body.begin(), body.end(), nullptr, false);
+    auto j = trotlet::json::parseBounded(body);
     if (j.is_discarded() || !j.is_object()) return std::nullopt;
 
     WeatherReport report;
