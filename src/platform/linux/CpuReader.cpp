@@ -85,7 +85,8 @@ std::optional<LoadAverage> parseLoadAvg(std::string_view text) {
     const std::string_view entities = scan.token();
     const size_t slash = entities.find('/');
     if (slash != std::string_view::npos)
-        if (auto total = TextScan::parseI64(entities.substr(slash + 1))) l.schedulingEntities = *total;
+        if (auto total = TextScan::parseI64(entities.substr(slash + 1)); total && *total >= 0)
+            l.schedulingEntities = *total;
     return l;
 }
 

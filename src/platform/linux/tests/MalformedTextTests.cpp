@@ -19,6 +19,7 @@ TEST(MalformedText, NonFiniteAndOutOfRangeNumbersAreAbsent) {
     EXPECT_FALSE(parseBootTime("btime -5\n"));
     EXPECT_EQ(parseBootTime("btime 1700000000\n"), 1700000000);
     EXPECT_FALSE(parseLoadAvg("1.00 -.3 0.5 1/91 3\n"));
+    EXPECT_FALSE(parseLoadAvg("0 5 0 1/-1\n")->schedulingEntities);
     EXPECT_FALSE(parsePressure("some avg10=0.5 avg60=0\nfull avg10=-1 avg60=0\n").fullAvg10);
     EXPECT_FALSE(parsePressure("some avg10=250.00 avg60=0\n").someAvg10);
 
