@@ -10,6 +10,18 @@ if(TROTLET_SANITIZE)
   add_link_options(-fsanitize=address,undefined)
 endif()
 
+# The fuzz build (preset `fuzz`): every library is instrumented for libFuzzer's coverage and
+# checked by ASan and UBSan; only the fuzz targets link libFuzzer's main. Container bounds are
+# checked too, since a read past size() but within capacity escapes ASan.
+if(TROTLET_FUZZ)
+  if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    message(FATAL_ERROR "TROTLET_FUZZ needs clang (libFuzzer); use the `fuzz` preset")
+  endif()
+  add_compile_options(-fsanitize=fuzzer-no-link,address,undefined -fno-omit-frame-pointer
+                      -fno-sanitize-recover=undefined -D_GLIBCXX_ASSERTIONS)
+  add_link_options(-fsanitize=address,undefined)
+endif()
+
 # trotlet_add_tests(<name> SOURCES <files...> [LIBS <targets...>])
 # One GoogleTest executable per subsystem; each case becomes a CTest test with the
 # subsystem as its label, so `ctest -L shop` runs one subsystem.

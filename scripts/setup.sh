@@ -1,6 +1,8 @@
 #!/usr/bin/env bash
 # Installs the Debian packages Trotlet needs to build, run and test.
 # Idempotent and quiet when everything is present; works as root or through sudo.
+#   scripts/setup.sh        what the build and the tests need
+#   scripts/setup.sh fuzz   and clang with libFuzzer for the fuzz targets (scripts/fuzz.sh)
 set -euo pipefail
 
 packages=(
@@ -18,6 +20,9 @@ packages=(
   # tests: local HTTP servers for the network clients
   python3
 )
+if [ "${1:-}" = fuzz ]; then
+  packages+=(clang-14 libclang-rt-14-dev)
+fi
 
 missing=()
 for p in "${packages[@]}"; do

@@ -2,6 +2,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include "json/ParseBounded.h"
+
 namespace trotlet::layout {
 
 std::vector<std::string> OverviewLayout::hiddenIDs() const {
@@ -40,7 +42,7 @@ std::optional<OverviewLayout::Card> decodeCard(const nlohmann::json& node) {
 std::optional<OverviewLayout> OverviewLayout::decode(std::string_view text) {
     if (text.empty()) return std::nullopt;
     // The parser rejects ill-formed UTF-8 along with every other syntax error.
-    const nlohmann::json root = nlohmann::json::parse(text, nullptr, false);
+    const nlohmann::json root = trotlet::json::parseBounded(text);
     if (root.is_discarded() || !root.is_object()) return std::nullopt;
 
     const auto version = root.find("version");

@@ -2,6 +2,7 @@
 
 #include <stdexcept>
 
+#include "json/ParseBounded.h"
 #include "metrics/IsoTime.h"
 #include "settings/RawEnum.h"
 
@@ -574,7 +575,7 @@ template Decoded<SystemInfo> decode<SystemInfo>(const Json&);
 template Decoded<MetricsSnapshot> decode<MetricsSnapshot>(const Json&);
 
 Decoded<MetricsSnapshot> decodeSnapshotText(const std::string& text) {
-    Json j = Json::parse(text, nullptr, false);
+    Json j = json::parseBounded<Json>(text);
     if (j.is_discarded()) return {std::nullopt, "not valid JSON"};
     return decode<MetricsSnapshot>(j);
 }

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "json/ParseBounded.h"
 #include "shop/JsonFields.h"
 
 namespace trotlet::shop {
@@ -65,7 +66,7 @@ bool plausible(int64_t fish) { return fish <= plausibleFishLimit && fish >= -pla
 }  // namespace
 
 std::variant<DecodedState, DecodeError> ShopStateCodec::decode(std::string_view bytes) const {
-    nlohmann::json root = nlohmann::json::parse(bytes.begin(), bytes.end(), nullptr, false);
+    nlohmann::json root = trotlet::json::parseBounded(bytes);
     if (root.is_discarded() || !root.is_object())
         return DecodeError{DecodeError::Kind::unreadableHeader, 0, "not a JSON object"};
     const auto* version = json::field(root, "schemaVersion");
@@ -141,9 +142,12 @@ std::variant<DecodedState, DecodeError> ShopStateCodec::decode(std::string_view 
     ShopStateMigrator::upgrade(s, out.fromVersion, v1, calendar_, hadPassiveProgress, ids);
     recomputeRunningBalances(s.ledger);
 
-    int64_t sum = 0;
-    for (const auto& row : s.ledger) sum += row.amount;
-    if (sum < 0 || s.balance < 0) return broken("the Fish history adds up to less than nothing");
+    // Spending never takes a wallet below zero, so a history whose running balance dips there
+    // was not written by this program: the money is not trustworthy.
+    for (size_t i = 0; i < s.ledger.size(); ++i)
+        if (s.ledger[i].balanceAfter < 0)
+            return broken("the Fish history falls below nothing at row " + std::to_string(i));
+    if (s.balance < 0) return broken("the balance is less than nothing");
     return out;
 }
 

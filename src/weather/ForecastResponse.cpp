@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+#include "json/ParseBounded.h"
+#include "metrics/TimeRange.h"
 #include "weather/JsonFields.h"
 
 namespace trotlet::weather {
@@ -52,13 +54,21 @@ struct Columns {
         }
         return static_cast<std::int64_t>(std::llround(v));
     }
+
+    // A moment outside the plausible years is no moment: the cache would refuse the report,
+    // and the age and horizon arithmetic on it would overflow.
+    UnixTime time(const nlohmann::json* c, size_t i) {
+        const std::int64_t t = integer(c, i);
+        if (!metrics::isPlausibleUnixSeconds(static_cast<double>(t))) ok = false;
+        return t;
+    }
 };
 
 }  // namespace
 
 std::optional<WeatherReport> decodeForecast(std::string_view body, const WeatherLocation& location,
                                             UnixTime fetchedAt) {
-    auto j = nlohmann::json::parse(body.begin(), body.end(), nullptr, false);
+    auto j = trotlet::json::parseBounded(body);
     if (j.is_discarded() || !j.is_object()) return std::nullopt;
 
     WeatherReport report;
@@ -83,8 +93,8 @@ std::optional<WeatherReport> decodeForecast(std::string_view body, const Weather
     auto windDir = json::number(*cur, "wind_direction_10m");
     auto precip = json::number(*cur, "precipitation");
     auto cloud = json::number(*cur, "cloud_cover");
-    if (!time || !temp || !apparent || !humidity || !code || !isDay || !wind || !windDir ||
-        !precip || !cloud)
+    if (!time || !metrics::isPlausibleUnixSeconds(static_cast<double>(*time)) || !temp ||
+        !apparent || !humidity || !code || !isDay || !wind || !windDir || !precip || !cloud)
         return std::nullopt;
     report.current = {*time, *temp, *apparent, *humidity, static_cast<int>(*code), *isDay,
                       *wind, *windDir, *precip, *cloud};
@@ -98,7 +108,7 @@ std::optional<WeatherReport> decodeForecast(std::string_view body, const Weather
                *hWindDir = h.column("wind_direction_10m");
     for (size_t i = 0; h.ok && i < h.size; ++i) {
         WeatherHour hour;
-        hour.time = h.integer(hTime, i);
+        hour.time = h.time(hTime, i);
         hour.temperatureC = h.num(hTemp, i);
         hour.apparentC = h.num(hApparent, i);
         hour.humidity = h.num(hHumidity, i);
@@ -119,12 +129,12 @@ std::optional<WeatherReport> decodeForecast(std::string_view body, const Weather
                *dProb = d.column("precipitation_probability_max");
     for (size_t i = 0; d.ok && i < d.size; ++i) {
         WeatherDay day;
-        day.date = d.integer(dTime, i);
+        day.date = d.time(dTime, i);
         day.code = static_cast<int>(d.integer(dCode, i));
         day.maxC = d.num(dMax, i);
         day.minC = d.num(dMin, i);
-        day.sunrise = d.integer(dRise, i);
-        day.sunset = d.integer(dSet, i);
+        day.sunrise = d.time(dRise, i);
+        day.sunset = d.time(dSet, i);
         day.precipitationProbability = d.num(dProb, i);
         report.daily.push_back(day);
     }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <set>
 
+#include "json/ParseBounded.h"
 #include "weather/JsonFields.h"
 #include "weather/UnicodeText.h"
 
@@ -30,7 +31,7 @@ QueryScript classifyScript(std::string_view query) {
 }
 
 std::optional<std::vector<SearchHit>> decodeSearchHits(std::string_view body) {
-    auto j = nlohmann::json::parse(body.begin(), body.end(), nullptr, false);
+    auto j = trotlet::json::parseBounded(body);
     if (j.is_discarded() || !j.is_object()) return std::nullopt;
     std::vector<SearchHit> hits;
     const nlohmann::json* results = json::field(j, "results");

@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "json/ParseBounded.h"
 #include "weather/JsonFields.h"
 
 namespace trotlet::weather {
@@ -50,7 +51,7 @@ std::string encodeLocationSetting(const WeatherLocation& location) {
 }
 
 std::optional<WeatherLocation> decodeLocationSetting(const std::string& text) {
-    auto j = nlohmann::json::parse(text, nullptr, false);
+    auto j = trotlet::json::parseBounded(text);
     if (j.is_discarded()) return std::nullopt;
     return locationFromJson(j);
 }

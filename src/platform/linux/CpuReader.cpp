@@ -80,12 +80,13 @@ std::vector<int> parseCpuList(std::string_view text) {
 std::optional<LoadAverage> parseLoadAvg(std::string_view text) {
     TextScan scan(text);
     auto one = scan.number(), five = scan.number(), fifteen = scan.number();
-    if (!one || !five || !fifteen) return std::nullopt;
+    if (!one || !five || !fifteen || *one < 0 || *five < 0 || *fifteen < 0) return std::nullopt;
     LoadAverage l{*one, *five, *fifteen, std::nullopt};
     const std::string_view entities = scan.token();
     const size_t slash = entities.find('/');
     if (slash != std::string_view::npos)
-        if (auto total = TextScan::parseI64(entities.substr(slash + 1))) l.schedulingEntities = *total;
+        if (auto total = TextScan::parseI64(entities.substr(slash + 1)); total && *total >= 0)
+            l.schedulingEntities = *total;
     return l;
 }
 

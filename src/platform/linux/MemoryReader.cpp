@@ -49,6 +49,7 @@ PsiAverages parsePressure(std::string_view text) {
         const std::string_view avg10 = scan.token();
         if (avg10.substr(0, 6) != "avg10=") continue;
         auto value = TextScan::parseDouble(avg10.substr(6));
+        if (value && (*value < 0 || *value > 100)) value.reset();  // a share of time, in percent
         if (kind == "some") p.someAvg10 = value;
         if (kind == "full") p.fullAvg10 = value;
     }

@@ -203,7 +203,8 @@ std::optional<WirelessLine> parseWireless(std::string_view text, std::string_vie
         auto noise = number(scan.token());
         WirelessLine w;
         // Drivers scale link quality to 70 (the wext maximum iwlwifi and most others report).
-        if (quality && *quality > 0) w.qualityPercent = std::min<std::int64_t>(100, std::llround(*quality * 100 / 70));
+        if (quality && *quality > 0)
+            w.qualityPercent = std::llround(std::min(100.0, *quality * 100 / 70));
         // -256 and 0 are the drivers' "no reading" values.
         if (level && *level < 0 && *level > -256) w.rssiDbm = std::llround(*level);
         if (noise && *noise < 0 && *noise > -256) w.noiseDbm = std::llround(*noise);

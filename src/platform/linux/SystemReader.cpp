@@ -1,6 +1,7 @@
 #include "platform/linux/SystemReader.h"
 
 #include "metrics/MetricsSnapshot.h"
+#include "metrics/TimeRange.h"
 #include "platform/linux/ProcessReader.h"
 #include "platform/linux/TextScan.h"
 #include "settings/Platform.h"
@@ -56,7 +57,11 @@ std::optional<long long> parseBootTime(std::string_view procStat) {
     TextScan lines(procStat);
     while (!lines.atEnd()) {
         TextScan scan(lines.line());
-        if (scan.token() == "btime") return scan.i64();
+        if (scan.token() != "btime") continue;
+        // A boot time the clock conversion cannot hold is no boot time.
+        auto boot = scan.i64();
+        if (boot && !metrics::isPlausibleUnixSeconds(static_cast<double>(*boot))) boot.reset();
+        return boot;
     }
     return std::nullopt;
 }

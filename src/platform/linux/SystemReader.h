@@ -13,7 +13,7 @@ namespace trotlet::platform {
 std::optional<std::string> parseOsRelease(std::string_view text);
 // The first "model name" (x86), else "Hardware"/"Processor"/"cpu model" (ARM, MIPS) of cpuinfo.
 std::optional<std::string> parseCpuModel(std::string_view cpuinfo);
-// "btime" of /proc/stat: the boot time in Unix seconds.
+// "btime" of /proc/stat: the boot time in Unix seconds; absent outside the plausible years.
 std::optional<long long> parseBootTime(std::string_view procStat);
 
 // The system group. Model, chip, OS and boot time never change while running and are read once;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <charconv>
+#include <cmath>
 #include <cstdint>
 #include <optional>
 #include <string_view>
@@ -61,10 +62,12 @@ public:
         if (ec != std::errc() || p != s.data() + s.size() || s.empty()) return std::nullopt;
         return v;
     }
+    // The kernel prints no "nan" or "inf", so a file that holds one is malformed.
     static std::optional<double> parseDouble(std::string_view s) {
         double v = 0;
         auto [p, ec] = std::from_chars(s.data(), s.data() + s.size(), v);
-        if (ec != std::errc() || p != s.data() + s.size() || s.empty()) return std::nullopt;
+        if (ec != std::errc() || p != s.data() + s.size() || s.empty() || !std::isfinite(v))
+            return std::nullopt;
         return v;
     }
 

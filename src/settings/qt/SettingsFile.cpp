@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <ctime>
 
+#include "json/ParseBounded.h"
 #include "platform/linux/AtomicFile.h"
 #include "platform/linux/XdgPaths.h"
 
@@ -30,9 +31,10 @@ std::shared_ptr<SettingsFile> SettingsFile::open(const std::string& path,
     std::string reason;
     if (read.status == platform::ReadStatus::unreadable) {
         reason = "cannot be read (" + read.error + ")";
+    } else if (json::nestsDeeperThan(read.contents)) {
+        reason = "nests deeper than " + std::to_string(json::kMaxNesting) + " levels";
     } else {
-        SettingValue parsed =
-            SettingValue::parse(read.contents, nullptr, /*allow_exceptions=*/false);
+        SettingValue parsed = json::parseBounded<SettingValue>(read.contents);
         if (parsed.is_object()) {
             file->document_ = std::move(parsed);
             return file;

@@ -136,8 +136,9 @@ ShopLoadResult FileShopPersistence::loadResult() {
     if (const int64_t correction = repairLoadedState(result.state, calendar_, now_()))
         result.notice = ShopNotice{ShopNotice::Kind::balanceCorrected, {}, correction};
     // A file that just decoded is the best backup there is; refreshing it here gives users who
-    // quit daily a backup too, which the one-day interval alone would not.
-    if (replaceBackup(read.contents, result.state)) lastBackupAt_ = now_();
+    // quit daily a backup too, which the one-day interval alone would not. The backup holds the
+    // state as repaired and migrated, not a hand-edited balance the ledger has just overruled.
+    if (replaceBackup(ShopStateCodec::encode(result.state), result.state)) lastBackupAt_ = now_();
     return result;
 }
 

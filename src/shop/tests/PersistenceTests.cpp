@@ -395,6 +395,8 @@ TEST(ShopStateCodec, RejectsImplausibleOrNegativeMoney) {
         {R"({"schemaVersion":2,"balance":-5,"ledger":[]})", DecodeError::Kind::broken},
         {R"({"schemaVersion":2,"balance":0,"ledger":[{"date":"2026-10-01T09:00:00Z","amount":-5,"reason":{"purchase":{"_0":"shiba"}}}]})", DecodeError::Kind::broken},
         {R"({"schemaVersion":2,"balance":0,"ledger":{}})", DecodeError::Kind::broken},
+        // A history whose running balance dips below zero on the way (a spend before the earning).
+        {R"({"schemaVersion":2,"balance":5,"ledger":[{"date":"2026-10-01T09:00:00Z","amount":-5,"reason":{"purchase":{"_0":"shiba"}}},{"date":"2026-10-02T09:00:00Z","amount":10,"reason":{"passive":{}}}]})", DecodeError::Kind::broken},
         {R"({"schemaVersion":2,"balance":5,"ledger":[{"date":"4200-01-01T00:00:00Z","amount":5,"reason":{"passive":{}}}]})", DecodeError::Kind::broken},
         {R"({"schemaVersion":0,"balance":0,"ledger":[]})", DecodeError::Kind::broken},
         {R"({"schemaVersion":"2","balance":0,"ledger":[]})", DecodeError::Kind::unreadableHeader},

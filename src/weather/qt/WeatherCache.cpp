@@ -5,6 +5,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "json/ParseBounded.h"
 #include "platform/linux/AtomicFile.h"
 #include "platform/linux/XdgPaths.h"
 
@@ -20,7 +21,7 @@ std::optional<WeatherReport> WeatherCache::load() const {
     if (!path_) return std::nullopt;
     auto read = platform::readWholeFile(*path_);
     if (read.status != platform::ReadStatus::ok) return std::nullopt;
-    auto j = nlohmann::json::parse(read.contents, nullptr, false);
+    auto j = trotlet::json::parseBounded(read.contents);
     if (j.is_discarded() || !j.is_object()) return std::nullopt;
     auto version = j.find("version");
     if (version == j.end() || !version->is_number_integer() || version->get<int>() != kVersion)

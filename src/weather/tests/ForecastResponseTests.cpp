@@ -83,6 +83,9 @@ TEST(ForecastResponse, RejectsAnythingButAWholeAnswer) {
         {"null in hourly", [](auto& j) { j["hourly"]["temperature_2m"][3] = nullptr; }},
         {"daily missing sunset", [](auto& j) { j["daily"].erase("sunset"); }},
         {"no offset", [](auto& j) { j.erase("utc_offset_seconds"); }},
+        {"an hour in 2538", [](auto& j) { j["hourly"]["time"][2] = 17955000005LL; }},
+        {"current before 1970", [](auto& j) { j["current"]["time"] = -3600; }},
+        {"sunset in 2262", [](auto& j) { j["daily"]["sunset"][0] = 9223372036LL; }},
         {"array at top", [](auto& j) { j = nlohmann::json::array({1, 2}); }},
     };
     for (const auto& [name, fault] : faults) {
