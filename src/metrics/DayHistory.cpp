@@ -42,8 +42,10 @@ void DayHistory::advanceTo(std::int64_t minute) {
 void DayHistory::append(const MetricsSnapshot& s, MetricKinds sampled) {
     const std::int64_t minute = minuteOf(s.timestamp);
     if (newest_ != kNone && minute < newest_ - kLateMinutes) clear();
-    if (newest_ == kNone) newest_ = minute;
-    else if (minute > newest_) advanceTo(minute);
+    if (newest_ == kNone)
+        newest_ = minute;
+    else if (minute > newest_)
+        advanceTo(minute);
     for (std::size_t k = 0; k < MetricKinds::singles.size(); ++k)
         if (sampled.contains(MetricKinds::singles[k]))
             sampledMinute_[k] = std::max(sampledMinute_[k], minute);
@@ -78,8 +80,8 @@ MetricKinds DayHistory::dueKinds(Timestamp now, MetricKinds wanted) const {
     return due;
 }
 
-std::vector<std::optional<MinuteSummary>> DayHistory::minutes(HistorySeries series,
-                                                              Timestamp now, int count) const {
+std::vector<std::optional<MinuteSummary>> DayHistory::minutes(HistorySeries series, Timestamp now,
+                                                              int count) const {
     count = std::clamp(count, 0, kMinutes);
     std::vector<std::optional<MinuteSummary>> out(static_cast<std::size_t>(count));
     const auto& buckets = series_[static_cast<std::size_t>(series)];

@@ -50,7 +50,8 @@ TEST(DayHistory, KeepsExactlyTheLastDayAndStartsOverWhenTheClockGoesBack) {
         day.append(cpuAt(kMidnight + minutes(m), m % 2 ? 0.9 : 0.1), MetricKinds::cpu);
     const Timestamp now = kMidnight + minutes(total - 1);
     const auto whole = day.minutes(HistorySeries::cpuTotal, now, DayHistory::kMinutes);
-    EXPECT_TRUE(std::all_of(whole.begin(), whole.end(), [](const auto& b) { return b.has_value(); }));
+    EXPECT_TRUE(
+        std::all_of(whole.begin(), whole.end(), [](const auto& b) { return b.has_value(); }));
     EXPECT_EQ(whole.front()->start, kMidnight + minutes(60)) << "the first hour rolled over";
     EXPECT_EQ(whole.back()->start, now);
 
@@ -67,8 +68,8 @@ TEST(DayHistory, KeepsExactlyTheLastDayAndStartsOverWhenTheClockGoesBack) {
     // A jump forward past a whole day empties everything before it.
     day.append(cpuAt(now + std::chrono::hours(30), 0.7), MetricKinds::cpu);
     const auto later = day.minutes(HistorySeries::cpuTotal, now + std::chrono::hours(30), 1440);
-    EXPECT_EQ(std::count_if(later.begin(), later.end(), [](const auto& b) { return b.has_value(); }),
-              1);
+    EXPECT_EQ(
+        std::count_if(later.begin(), later.end(), [](const auto& b) { return b.has_value(); }), 1);
 }
 
 TEST(DayHistory, AKindIsDueOncePerMinuteUntilASampleCarriesIt) {
