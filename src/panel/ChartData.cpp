@@ -135,7 +135,7 @@ std::string agoText(double seconds) {
 std::string clockText(double unixSeconds, int utcOffsetSeconds) {
     long long local = std::llround(std::floor(unixSeconds)) + utcOffsetSeconds;
     local = ((local % 86400) + 86400) % 86400;
-    char buffer[8];
+    char buffer[32];
     std::snprintf(buffer, sizeof buffer, "%02lld:%02lld", local / 3600, local % 3600 / 60);
     return buffer;
 }
@@ -223,6 +223,17 @@ ChartData chartData(const ChartRequest& request, const metrics::MetricHistory& r
         c.startLabel = hour ? "1 h ago" : "24 h ago";
         c.emptyText = hour ? "The last hour fills in as readings arrive."
                            : "The day fills in as readings arrive.";
+    }
+    if (c.request.range != ChartRange::live) {
+        const long long step = c.request.range == ChartRange::hour ? 15 * 60 : 6 * 3600;
+        const long long from = std::llround(metrics::unixSeconds(c.start)) + units.utcOffsetSeconds;
+        long long mark = (from / step + (from % step > 0 ? 1 : 0)) * step;
+        for (; mark < from + std::llround(c.spanSeconds); mark += step) {
+            const double t = double(mark - from);
+            if (t < c.spanSeconds * 0.1 || t > c.spanSeconds * 0.9) continue;
+            c.marks.push_back(
+                {t, clockText(double(mark - units.utcOffsetSeconds), units.utcOffsetSeconds)});
+        }
     }
     scale(c, units);
     const double mid = (c.bottom + c.top) / 2;

@@ -61,9 +61,12 @@ struct ChartData {
     double bottom = 0;
     double top = 1;
     std::vector<ChartTick> ticks;  // bottom, middle, top
-    std::string startLabel;        // "6 min ago", "1 h ago", "24 h ago"
-    std::string endLabel;          // "Now"
-    std::string emptyText;         // when there is nothing to draw
+    // Clock times along the x-axis (value: seconds from the start): every quarter hour for the
+    // hour, every six hours for the day, away from the ends.
+    std::vector<ChartTick> marks;
+    std::string startLabel;  // "6 min ago", "1 h ago", "24 h ago"
+    std::string endLabel;    // "Now"
+    std::string emptyText;   // when there is nothing to draw
 
     bool isEmpty() const { return first.empty() && second.empty(); }
 };

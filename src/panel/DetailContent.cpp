@@ -189,17 +189,22 @@ DetailBlock publicAddressBlock(const PublicAddressState& state, std::int64_t now
     switch (state.status) {
         case PublicAddressState::Status::idle:
             b.note = publicAddressPrompt(state.service);
+            b.action = "Show public address";
             break;
         case PublicAddressState::Status::loading:
             b.rows.push_back({"Address", "Looking up…", Level::calm, true});
+            b.action = "Looking up…";
+            b.actionEnabled = false;
             break;
         case PublicAddressState::Status::found:
             b.rows.push_back({"Address", state.address});
             b.note = "Looked up " + weatherAge(double(now - state.fetchedAt));
+            b.action = "Look up again";
             break;
         case PublicAddressState::Status::failed:
             b.note = state.error;
             b.level = Level::hot;
+            b.action = "Try again";
             break;
     }
     return b;
@@ -208,8 +213,9 @@ DetailBlock publicAddressBlock(const PublicAddressState& state, std::int64_t now
 void networkDetail(DetailContent& c, const DetailInputs& in) {
     const auto& n = in.card.sample->network;
     headline(c, Format::rateParts(n.downBps, in.card.networkUnit));
-    c.caption = n.online ? "Down · Up " + Format::rateParts(n.upBps, in.card.networkUnit).joined()
-                         : "Offline";
+    c.caption =
+        n.online ? "Download · Upload " + Format::rateParts(n.upBps, in.card.networkUnit).joined()
+                 : "Offline";
     c.level = n.online ? Level::calm : Level::busy;
     c.blocks.push_back(chartBlock("Download", HistorySeries::downBps, 0));
     c.blocks.push_back(chartBlock("Upload", HistorySeries::upBps, 0));

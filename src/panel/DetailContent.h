@@ -95,6 +95,8 @@ struct DetailBlock {
     std::vector<DetailDay> days;
     std::string note;
     Level level = Level::calm;  // a note's tone
+    std::string action;         // the button's label (the public address look-up)
+    bool actionEnabled = true;
     bool operator==(const DetailBlock&) const = default;
 };
 
@@ -108,11 +110,13 @@ struct DetailContent {
     std::string unit;
     std::string caption;
     Level level = Level::calm;
+    std::string headlineSymbol;  // drawn large beside the reading (the weather's condition)
     // Replaces the readings when the machine has none of this kind; blocks may still follow.
     std::optional<std::string> standIn;
     std::vector<DetailBlock> blocks;
     std::string accessibleValue;  // the headline read aloud
 
+    bool operator==(const DetailContent&) const = default;
     const DetailBlock* block(DetailBlock::Kind kind, const std::string& title = {}) const;
 };
 

@@ -7,6 +7,7 @@
 #include "menubar/Format.h"
 #include "panel/CardTexts.h"
 #include "panel/DetailTexts.h"
+#include "panel/HeaderContent.h"
 #include "weather/WeatherCondition.h"
 #include "weather/WeatherText.h"
 
@@ -17,7 +18,7 @@ using menubar::Format;
 using Kind = DetailBlock::Kind;
 
 constexpr std::int64_t kDay = 86400;
-constexpr std::size_t kHours = 12;
+constexpr std::size_t kHours = 8;  // what fits the panel's width, a column each
 constexpr std::size_t kDays = 7;
 
 std::int64_t floorDiv(std::int64_t a, std::int64_t b) { return a / b - (a % b < 0 ? 1 : 0); }
@@ -37,7 +38,7 @@ std::string chance(double probability) {
 std::string placeClock(weather::UnixTime time, int utcOffsetSeconds) {
     const std::int64_t local = time + utcOffsetSeconds;
     const std::int64_t secondOfDay = local - floorDiv(local, kDay) * kDay;
-    char buffer[8];
+    char buffer[32];
     std::snprintf(buffer, sizeof buffer, "%02lld:%02lld", (long long)(secondOfDay / 3600),
                   (long long)(secondOfDay % 3600 / 60));
     return buffer;
@@ -66,6 +67,7 @@ void weatherDetail(DetailContent& c, const DetailInputs& in) {
     c.value = parts.value;
     c.unit = parts.unit;
     c.symbol = weather::symbol(conditions->code, conditions->isDay);
+    c.headlineSymbol = c.symbol;
     c.caption = weather::title(conditions->code, conditions->isDay) + " · " + r.location.name;
 
     const std::string wind =
@@ -151,10 +153,10 @@ void pawDetail(DetailContent& c, const DetailInputs& in) {
         today.title = "Today";
         today.rows.push_back({"Distance", distance});
         if (paw->fishEarnedToday)
-            today.rows.push_back({"Fish earned", std::to_string(*paw->fishEarnedToday)});
-        if (paw->fishBalance) today.rows.push_back({"Fish", std::to_string(*paw->fishBalance)});
+            today.rows.push_back({"Fish earned", groupedNumber(*paw->fishEarnedToday)});
+        if (paw->fishBalance) today.rows.push_back({"Fish", groupedNumber(*paw->fishBalance)});
         if (in.card.sample && in.card.sample->system.uptimeSec > 0)
-            today.rows.push_back({"Up for", Format::duration(in.card.sample->system.uptimeSec)});
+            today.rows.push_back({"Uptime", Format::duration(in.card.sample->system.uptimeSec)});
         c.blocks.push_back(std::move(today));
     }
     DetailBlock coming;

@@ -68,6 +68,9 @@ TEST(ChartData, TheDayTakesFiveMinuteStepsAndRatesGetRoundTicks) {
     EXPECT_EQ(c.ticks.back().label, "2.0 MB/s");
     EXPECT_EQ(c.ticks[1].label, "1.0 MB/s");
     EXPECT_EQ(c.startLabel, "24 h ago");
+    ASSERT_EQ(c.marks.size(), 3u) << "six-hourly clock marks away from the ends";
+    EXPECT_EQ(c.marks[0].label, "18:00");
+    EXPECT_EQ(c.marks[0].value, 5 * 3600) << "the day starts at 13:00 yesterday";
 
     const auto bits =
         chartData({HistorySeries::downBps, std::nullopt, 0, ChartRange::day}, f.recent, &f.day,

@@ -26,6 +26,8 @@ public:
     // Reads the model again; repaints only on a change. Returns whether it repainted.
     bool refresh();
     int repaintCount() const { return repaints_; }
+    // Whether it has the focus and got it from the keyboard (its ring shows).
+    bool showsFocusRing() const { return hasFocus() && keyboardFocus_; }
 
 signals:
     void activated(const std::string& id);
@@ -38,7 +40,6 @@ protected:
     void leaveEvent(QEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
-    bool showsFocusRing() const { return hasFocus() && keyboardFocus_; }
 
 private:
     void paintReadings(QPainter& p, const struct CardPaintContext& ctx);

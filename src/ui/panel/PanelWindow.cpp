@@ -187,6 +187,7 @@ void PanelWindow::pushDetail(QWidget* view) {
     stack_->addWidget(view);
     stack_->setCurrentWidget(view);
     view->setFocus(Qt::OtherFocusReason);
+    fitToContent();
 }
 
 bool PanelWindow::popDetail() {
@@ -196,6 +197,7 @@ bool PanelWindow::popDetail() {
     stack_->removeWidget(detail_);
     detail_->deleteLater();
     detail_ = nullptr;
+    fitToContent();
     return true;
 }
 
