@@ -111,7 +111,7 @@ bool ChartView::refresh() {
         panel::chartData(request, model_.history(), model_.dayHistory(), model_.now(), units);
     const bool same = next.first == data_.first && next.second == data_.second &&
                       next.ticks == data_.ticks && next.startLabel == data_.startLabel &&
-                      next.request.range == data_.request.range && cacheValid_;
+                      next.request.range == data_.request.range && next.top == data_.top;
     data_ = std::move(next);
     describe();
     if (same) return false;
