@@ -296,6 +296,7 @@ int DetailView::refresh() {
         content_ = std::move(next);
         build();
         scroll_->verticalScrollBar()->setValue(scrollTo);
+        emit shapeChanged();
         return 1;
     }
     if (!(next == content_)) {
@@ -382,6 +383,9 @@ DetailView* openDetail(PanelWindow& window, PanelModel& model, const ThemeStore&
     QPointer<PanelWindow> panel(&window);
     QObject::connect(view, &DetailView::backRequested, &window, [panel] {
         if (panel) panel->popDetail();
+    });
+    QObject::connect(view, &DetailView::shapeChanged, &window, [panel] {
+        if (panel) panel->fitToContent();
     });
     const std::string card(panel::MetricDetailNames[std::size_t(detail)]);
     const CardView* opener = window.overview().card(card);

@@ -50,6 +50,9 @@ public:
 
 signals:
     void backRequested();
+    // Blocks came or went (the first sample arrived, a battery was plugged in): the screen's
+    // height changed, and the panel may fit it again.
+    void shapeChanged();
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
