@@ -17,6 +17,7 @@
 #include "snapshot/ProcessScenes.h"
 #include "snapshot/SceneFixtures.h"
 #include "snapshot/DetailScenes.h"
+#include "snapshot/EditScenes.h"
 #include "snapshot/ScenePainting.h"
 #include "snapshot/SceneRig.h"
 #include "snapshot/ShopScenes.h"
@@ -250,6 +251,7 @@ std::vector<Scene> buildScenes() {
     addSkyScenes(scenes);
     addSettingsScenes(scenes);
     addDetailScenes(scenes);
+    addEditScenes(scenes);
     return scenes;
 }
 

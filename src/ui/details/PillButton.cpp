@@ -37,6 +37,13 @@ void PillButton::setSymbol(const std::string& symbol) {
     update();
 }
 
+void PillButton::setCompact(bool compact) {
+    compact_ = compact;
+    setFixedHeight(compact ? Metrics::compactButtonHeight : Metrics::buttonHeight);
+    resize(sizeHint());
+    updateGeometry();
+}
+
 void PillButton::setStyle(Style style) {
     style_ = style;
     update();
@@ -46,7 +53,8 @@ QSize PillButton::sizeHint() const {
     const QFontMetrics fm(theme_.theme().type().label);
     const int icon = symbol_.empty() ? 0 : Metrics::iconSize + Metrics::spacingSmall;
     const int pad = style_ == Style::quiet ? Metrics::spacingSmall : Metrics::spacingLarge;
-    return QSize(fm.horizontalAdvance(text_) + icon + 2 * pad, Metrics::buttonHeight);
+    return QSize(fm.horizontalAdvance(text_) + icon + 2 * pad,
+                 compact_ ? Metrics::compactButtonHeight : Metrics::buttonHeight);
 }
 
 void PillButton::paintEvent(QPaintEvent*) {

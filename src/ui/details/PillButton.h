@@ -22,6 +22,8 @@ public:
     QString text() const { return text_; }
     void setSymbol(const std::string& symbol);
     void setStyle(Style style);
+    // A shorter button for a line of its own under other content.
+    void setCompact(bool compact);
     QSize sizeHint() const override;
 
 signals:
@@ -43,6 +45,7 @@ private:
     std::string symbol_;
     const ThemeStore& theme_;
     Style style_ = Style::chip;
+    bool compact_ = false;
     bool hovered_ = false;
     bool pressed_ = false;
     bool keyboardFocus_ = false;

@@ -116,6 +116,7 @@ signals:
     void walletChanged();
     void weatherChanged();
     void pawChanged();
+    // The layout store changed: an edit, a reset, the settings' hidden cards.
     void layoutChanged();
     void noticeChanged();
     // The user's actions, for the live app to carry out.

@@ -103,6 +103,7 @@ struct Metrics {
     static constexpr int chartHeight = 112;
     static constexpr int stripHeight = 10;   // a strip of levels under a chart
     static constexpr int meterHeight = 6;    // a bar's track
+    static constexpr int compactButtonHeight = 22;
     static constexpr int controlRadius = 8;
     static constexpr int editBadge = 20;     // a card's hide button in edit mode
     static constexpr int trayTile = 64;      // a hidden card's tile in the tray
