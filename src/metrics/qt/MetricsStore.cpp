@@ -16,7 +16,8 @@ namespace trotlet::metrics {
 // Owns the provider on the sampling thread; only that thread touches it.
 class SamplerWorker : public QObject {
 public:
-    explicit SamplerWorker(std::unique_ptr<MetricsProvider> provider) : provider_(std::move(provider)) {}
+    explicit SamplerWorker(std::unique_ptr<MetricsProvider> provider)
+        : provider_(std::move(provider)) {}
 
     void sample(MetricKinds kinds, bool fullList, Timestamp now, QPointer<MetricsStore> store,
                 std::function<void(MetricsSnapshot, MetricKinds)> deliver) {
@@ -24,7 +25,8 @@ public:
         MetricsSnapshot s = provider_->sample(kinds, now);
         if (!store) return;
         QMetaObject::invokeMethod(
-            store.data(), [deliver = std::move(deliver), s = std::move(s), kinds]() { deliver(s, kinds); },
+            store.data(),
+            [deliver = std::move(deliver), s = std::move(s), kinds]() { deliver(s, kinds); },
             Qt::QueuedConnection);
     }
 
@@ -32,7 +34,8 @@ private:
     std::unique_ptr<MetricsProvider> provider_;
 };
 
-MetricsStore::MetricsStore(std::unique_ptr<MetricsProvider> provider, QObject* parent, size_t historyCapacity)
+MetricsStore::MetricsStore(std::unique_ptr<MetricsProvider> provider, QObject* parent,
+                           size_t historyCapacity)
     : QObject(parent), history_(historyCapacity) {
     providerName_ = QString::fromStdString(provider->name());
     worker_ = new SamplerWorker(std::move(provider));
@@ -80,8 +83,10 @@ void MetricsStore::setExtraKinds(MetricKinds kinds) {
 }
 
 void MetricsStore::sampleSoon() {
-    if (inFlight_) resampleAfterDelivery_ = true;
-    else sampleNow();
+    if (inFlight_)
+        resampleAfterDelivery_ = true;
+    else
+        sampleNow();
 }
 
 void MetricsStore::applyPlan() {
@@ -124,7 +129,8 @@ void MetricsStore::sampleNow() {
         Qt::QueuedConnection);
 }
 
-void MetricsStore::deliver(const MetricsSnapshot& snapshot, MetricKinds kinds, MetricKinds dayOnly) {
+void MetricsStore::deliver(const MetricsSnapshot& snapshot, MetricKinds kinds,
+                           MetricKinds dayOnly) {
     inFlight_ = false;
     day_.append(snapshot, kinds);
     if (dayOnly.isEmpty()) {
@@ -134,7 +140,12 @@ void MetricsStore::deliver(const MetricsSnapshot& snapshot, MetricKinds kinds, M
         latestKinds_ = MetricKinds(kinds.rawValue & ~dayOnly.rawValue);
         latest_ = restrictedTo(snapshot, latestKinds_);
     }
-    if (lowPower_ && latestKinds_.contains(MetricKinds::battery)) latest_.battery.lowPowerMode = lowPower_->lowPowerMode();
+    if (lowPower_ && latestKinds_.contains(MetricKinds::battery))
+        latest_.battery.lowPowerMode = lowPower_->lowPowerMode();
+    if (wifi_ && latestKinds_.contains(MetricKinds::network) &&
+        latest_.network.interfaceKind == InterfaceKind::wifi && latest_.network.interface)
+        if (const auto extras = wifi_->extrasFor(*latest_.network.interface))
+            mergeWifiExtras(latest_.network, *extras);
     history_.append(latest_, latestKinds_);
     ++sampleCount_;
     emit updated();

@@ -10,6 +10,7 @@
 #include "metrics/MetricHistory.h"
 #include "metrics/MetricsProvider.h"
 #include "metrics/SamplingPlan.h"
+#include "metrics/WifiExtras.h"
 
 namespace trotlet::metrics {
 
@@ -36,6 +37,8 @@ public:
     ~MetricsStore() override;
 
     void setLowPowerSource(PowerProfiles* lowPower);
+    // Supplies the Wi-Fi network's name and band (the kernel's files do not say them).
+    void setWifiSource(WifiSource* wifi) { wifi_ = wifi; }
 
     void setTier(ConsumerTier tier);
     void setUpdateInterval(double seconds);  // monitoring.updateInterval
@@ -74,6 +77,7 @@ private:
     SamplerWorker* worker_ = nullptr;
     QTimer timer_;
     PowerProfiles* lowPower_ = nullptr;
+    WifiSource* wifi_ = nullptr;
     QString providerName_;
     ConsumerTier tier_ = ConsumerTier::menuBarOnly;
     double updateIntervalSec_ = 2;

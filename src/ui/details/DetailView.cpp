@@ -230,6 +230,8 @@ void DetailView::build() {
     column_->setContentsMargins(Metrics::margin, Metrics::spacingSmall, Metrics::margin,
                                 Metrics::margin);
     column_->setSpacing(Metrics::sectionGap);
+    // In the scroll area from the start, so the focus chain below links widgets of one window.
+    scroll_->setWidget(body_);
     headline_ = new DetailHeadline(theme_, body_);
     headline_->setContent(content_);
     title_->set(content_.title, content_.symbol, content_.color);
@@ -274,7 +276,6 @@ void DetailView::build() {
         }
     }
     column_->addStretch(1);
-    scroll_->setWidget(body_);
     updateGeometry();
 }
 
