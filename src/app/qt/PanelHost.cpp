@@ -480,6 +480,8 @@ void PanelHost::feedNotice() {
 void PanelHost::hide() {
     if (!window_) return;
     window_->header().setAnimating(false);
+    // A closed panel is not left half arranged: edit mode ends with it.
+    window_->overview().setEditing(false);
     window_->hide();
     releaseTimer_.start();
 }

@@ -128,6 +128,14 @@ void OverviewFooter::paintEvent(QPaintEvent*) {
                Qt::AlignHCenter | Qt::AlignVCenter, qs(panel::editHint()));
 }
 
+void OverviewFooter::keyPressEvent(QKeyEvent* event) {
+    if (editing_ && event->key() == Qt::Key_Escape) {
+        emit doneRequested();
+        return;
+    }
+    QWidget::keyPressEvent(event);
+}
+
 TrayTile::TrayTile(const panel::TrayEntry& entry, const ThemeStore& theme, QWidget* parent)
     : QWidget(parent), entry_(entry), theme_(theme) {
     setObjectName(QStringLiteral("tray-") + qs(entry.id));

@@ -38,6 +38,8 @@ signals:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    // Escape on the tray or the buttons leaves edit mode, as it does on a card.
+    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     void arrange();

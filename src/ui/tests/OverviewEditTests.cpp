@@ -140,6 +140,11 @@ TEST_F(OverviewEditTest, HidingShowingAndResetGoThroughTheStoreAndTheKeyboard) {
     EXPECT_FALSE(overview().isEditing());
     EXPECT_EQ(closes, 0);
     EXPECT_FALSE(card("cpu")->editing());
+    overview().setEditing(true);
+    footer.doneButton().setFocus(Qt::TabFocusReason);
+    press(&footer.doneButton(), Qt::Key_Escape);
+    EXPECT_FALSE(overview().isEditing()) << "from the footer too";
+    EXPECT_EQ(closes, 0);
 }
 
 }  // namespace
