@@ -279,8 +279,6 @@ std::string batteryStateText(const metrics::BatteryMetrics& battery) {
     return batteryCaption(battery);
 }
 
-std::string distanceRunText(double meters) { return distanceText(meters); }
-
 std::string spokenValue(const std::string& value, const std::string& unit) {
     if (value.empty()) return "";
     if (unit == "%") return value + " percent";

@@ -103,8 +103,6 @@ CardContent describeCard(std::string_view id, layout::CardSize size, const CardI
 
 // The battery's state in a few words: "Charging · 48m to full", "5h 12m left".
 std::string batteryStateText(const metrics::BatteryMetrics& battery);
-// The mascot's distance: "850 m", "3.42 km".
-std::string distanceRunText(double meters);
 
 // "37%" read aloud: "37 percent"; other units as they are.
 std::string spokenValue(const std::string& value, const std::string& unit);

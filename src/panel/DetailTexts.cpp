@@ -17,9 +17,6 @@ std::string noMemoryPressureText() {
 std::string noDisksText() { return "No disks"; }
 std::string noVolumesText() { return "No volumes are mounted."; }
 std::string noForecastYetText() { return "Waiting for the forecast…"; }
-std::string pawReportComingText() {
-    return "The full Paw Report, with the week's trends and highlights, is on its way.";
-}
 
 std::string publicAddressPrompt(const std::string& service) {
     return "Shows this " + std::string(settings::machineNoun) +

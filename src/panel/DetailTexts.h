@@ -13,7 +13,6 @@ std::string noMemoryPressureText();
 std::string noDisksText();
 std::string noVolumesText();
 std::string noForecastYetText();
-std::string pawReportComingText();
 // "Shows this computer's address on the internet. Asks api.ipify.org once."
 std::string publicAddressPrompt(const std::string& service);
 

@@ -7,7 +7,6 @@
 #include "menubar/Format.h"
 #include "panel/CardTexts.h"
 #include "panel/DetailTexts.h"
-#include "panel/HeaderContent.h"
 #include "weather/WeatherCondition.h"
 #include "weather/WeatherText.h"
 
@@ -139,30 +138,18 @@ void weatherDetail(DetailContent& c, const DetailInputs& in) {
 }
 
 void pawDetail(DetailContent& c, const DetailInputs& in) {
-    const auto& paw = in.card.paw;
-    if (!paw || !paw->distanceMeters) {
-        c.standIn = "Nothing to report yet";
-    } else {
-        const std::string distance = distanceRunText(*paw->distanceMeters);
-        const auto space = distance.rfind(' ');
-        c.value = distance.substr(0, space);
-        c.unit = distance.substr(space + 1);
-        c.caption = "run today";
-        DetailBlock today;
-        today.kind = Kind::rows;
-        today.title = "Today";
-        today.rows.push_back({"Distance", distance});
-        if (paw->fishEarnedToday)
-            today.rows.push_back({"Fish earned", groupedNumber(*paw->fishEarnedToday)});
-        if (paw->fishBalance) today.rows.push_back({"Fish", groupedNumber(*paw->fishBalance)});
-        if (in.card.sample && in.card.sample->system.uptimeSec > 0)
-            today.rows.push_back({"Uptime", Format::duration(in.card.sample->system.uptimeSec)});
-        c.blocks.push_back(std::move(today));
-    }
-    DetailBlock coming;
-    coming.kind = Kind::note;
-    coming.note = pawReportComingText();
-    c.blocks.push_back(std::move(coming));
+    // The Paw Report has a screen of its own (reports/); this is what a detail says of it
+    // elsewhere: the card's reading and its facts.
+    const CardContent card = describeCard("pawreport", layout::CardSize::wide, in.card);
+    c.standIn = card.standIn;
+    c.value = card.value;
+    c.unit = card.unit;
+    c.caption = card.caption;
+    DetailBlock today;
+    today.kind = Kind::rows;
+    today.title = "Today";
+    for (const auto& fact : card.facts) today.rows.push_back({fact.label, fact.value, fact.level});
+    if (!today.rows.empty()) c.blocks.push_back(std::move(today));
 }
 
 }  // namespace trotlet::panel

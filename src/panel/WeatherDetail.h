@@ -5,7 +5,7 @@
 namespace trotlet::panel {
 
 // The two details that do not read the sample: the forecast the weather store holds, and the
-// Paw Report's frame until its own report lands.
+// Paw Report's reading as its card gives it (its own screen lives in reports/).
 void weatherDetail(DetailContent& content, const DetailInputs& in);
 void pawDetail(DetailContent& content, const DetailInputs& in);
 

@@ -128,6 +128,8 @@ private:
 void addDetailScenes(std::vector<Scene>& scenes) {
     for (std::size_t i = 0; i < panel::MetricDetailNames.size(); ++i) {
         const auto detail = panel::MetricDetail(i);
+        // The Paw Report's screen and scene belong to reports/.
+        if (detail == panel::MetricDetail::pawreport) continue;
         scenes.push_back({"panel-detail-" + std::string(panel::MetricDetailNames[i]), [detail] {
                               return std::make_unique<DetailStage>(MetricsFixture::normal, detail,
                                                                    panel::ChartRange::live);

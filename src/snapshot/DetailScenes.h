@@ -18,8 +18,8 @@ void fillSceneDay(metrics::DayHistory& day, metrics::MetricsFixture fixture);
 // The forecast the weather detail shows in the scenes: Berlin, clouding over, rain tonight.
 weather::WeatherReport sceneForecast();
 
-// `panel-detail-<detail>` for the nine details (fixture normal), the desktop's heat and battery,
-// and the CPU over a synthetic day.
+// `panel-detail-<detail>` for the details of this folder's screen (fixture normal; the Paw
+// Report's is reports/'), the desktop's heat and battery, and the CPU over a synthetic day.
 void addDetailScenes(std::vector<Scene>& scenes);
 
 }  // namespace trotlet::snapshot
