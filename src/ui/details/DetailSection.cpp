@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "ui/details/PillButton.h"
+#include "ui/details/ActionButton.h"
 #include "ui/theme/Icons.h"
 #include "ui/theme/ThemeStore.h"
 
@@ -69,9 +69,9 @@ DetailSection::DetailSection(const panel::DetailBlock& block, const std::string&
     setObjectName(QStringLiteral("section-") + qs(block.title));
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     if (block_.kind == Kind::publicAddress) {
-        button_ = new PillButton(QString(), theme_, this);
+        button_ = new ActionButton(QString(), theme_, this);
         button_->setObjectName(QStringLiteral("publicAddressButton"));
-        connect(button_, &PillButton::clicked, this, &DetailSection::buttonClicked);
+        connect(button_, &ActionButton::clicked, this, &DetailSection::buttonClicked);
     }
     connect(&theme_, &ThemeStore::changed, this, [this] { update(); });
     syncButton();
@@ -93,7 +93,8 @@ void DetailSection::syncButton() {
     if (!button_) return;
     button_->setText(qs(block_.action));
     // The first look-up is the screen's one call to action; after it the button steps back.
-    button_->setStyle(block_.rows.empty() ? PillButton::Style::primary : PillButton::Style::chip);
+    button_->setStyle(block_.rows.empty() ? ActionButton::Style::primary
+                                          : ActionButton::Style::chip);
     button_->setEnabled(block_.actionEnabled);
     button_->resize(button_->sizeHint());
     resizeEvent(nullptr);

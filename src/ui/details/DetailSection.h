@@ -8,7 +8,7 @@
 
 namespace trotlet::ui {
 
-class PillButton;
+class ActionButton;
 class ThemeStore;
 
 // One block of a detail screen other than a chart: rows of readings, bars, the per-core
@@ -25,7 +25,7 @@ public:
     // Takes the block's new readings; repaints only on a change. Returns whether it did.
     bool setBlock(const panel::DetailBlock& block);
     // The public address's button, when this block has one.
-    PillButton* button() const { return button_; }
+    ActionButton* button() const { return button_; }
 
     int heightFor(int width) const;
 
@@ -52,7 +52,7 @@ private:
     panel::DetailBlock block_;
     std::string accent_;
     const ThemeStore& theme_;
-    PillButton* button_ = nullptr;
+    ActionButton* button_ = nullptr;
 };
 
 }  // namespace trotlet::ui

@@ -11,9 +11,9 @@
 
 #include "panel/PanelTabs.h"
 #include "ui/cards/CardView.h"
+#include "ui/details/ActionButton.h"
 #include "ui/details/ChartView.h"
 #include "ui/details/DetailSection.h"
-#include "ui/details/PillButton.h"
 #include "ui/details/RangeSwitch.h"
 #include "ui/overview/OverviewView.h"
 #include "ui/panel/PanelModel.h"
@@ -183,12 +183,12 @@ DetailView::DetailView(panel::MetricDetail detail, PanelModel& model, const Them
     outer->setSpacing(0);
     auto* top = new QHBoxLayout;
     top->setContentsMargins(Metrics::margin - Metrics::spacingSmall, 0, Metrics::margin, 0);
-    back_ = new PillButton(QStringLiteral("Overview"), theme_, this);
+    back_ = new ActionButton(QStringLiteral("Overview"), theme_, this);
     back_->setObjectName(QStringLiteral("back"));
     back_->setSymbol("chevron.left");
-    back_->setStyle(PillButton::Style::quiet);
+    back_->setStyle(ActionButton::Style::quiet);
     back_->setAccessibleDescription(QStringLiteral("Back to the Overview (Escape)"));
-    connect(back_, &PillButton::clicked, this, &DetailView::backRequested);
+    connect(back_, &ActionButton::clicked, this, &DetailView::backRequested);
     auto* topBar = new QWidget(this);
     topBar->setFixedHeight(Metrics::topBarHeight);
     title_ = new DetailTitle(theme_, topBar);

@@ -19,7 +19,7 @@ class DetailSection;
 class DetailTitle;
 class PanelModel;
 class PanelWindow;
-class PillButton;
+class ActionButton;
 class RangeSwitch;
 class ThemeStore;
 
@@ -35,7 +35,7 @@ public:
 
     panel::MetricDetail detail() const { return detail_; }
     const panel::DetailContent& content() const { return content_; }
-    PillButton& backButton() const { return *back_; }
+    ActionButton& backButton() const { return *back_; }
     RangeSwitch* rangeSwitch() const { return rangeSwitch_; }
     const std::vector<ChartView*>& charts() const { return charts_; }
     const std::vector<DetailSection*>& sections() const { return sections_; }
@@ -68,7 +68,7 @@ private:
     const ThemeStore& theme_;
     panel::DetailContent content_;
     panel::ChartRange range_ = panel::ChartRange::live;
-    PillButton* back_ = nullptr;
+    ActionButton* back_ = nullptr;
     QScrollArea* scroll_ = nullptr;
     QWidget* body_ = nullptr;
     QVBoxLayout* column_ = nullptr;

@@ -7,7 +7,7 @@
 
 #include <cmath>
 
-#include "ui/details/PillButton.h"
+#include "ui/details/ActionButton.h"
 #include "ui/theme/Icons.h"
 #include "ui/theme/ThemeStore.h"
 
@@ -23,22 +23,22 @@ constexpr int kTileColumns = 3;
 OverviewFooter::OverviewFooter(const ThemeStore& theme, QWidget* parent)
     : QWidget(parent), theme_(theme) {
     setObjectName(QStringLiteral("overviewFooter"));
-    edit_ = new PillButton(QStringLiteral("Edit Overview"), theme_, this);
+    edit_ = new ActionButton(QStringLiteral("Edit Overview"), theme_, this);
     edit_->setObjectName(QStringLiteral("editOverview"));
-    edit_->setStyle(PillButton::Style::quiet);
+    edit_->setStyle(ActionButton::Style::quiet);
     edit_->setCompact(true);
     edit_->setAccessibleDescription(QStringLiteral("Arrange, resize and hide cards (Ctrl+E)"));
-    done_ = new PillButton(QStringLiteral("Done"), theme_, this);
+    done_ = new ActionButton(QStringLiteral("Done"), theme_, this);
     done_->setObjectName(QStringLiteral("editDone"));
-    done_->setStyle(PillButton::Style::primary);
+    done_->setStyle(ActionButton::Style::primary);
     done_->setAccessibleDescription(QStringLiteral("Leave edit mode (Escape)"));
-    reset_ = new PillButton(QStringLiteral("Reset layout"), theme_, this);
+    reset_ = new ActionButton(QStringLiteral("Reset layout"), theme_, this);
     reset_->setObjectName(QStringLiteral("resetLayout"));
-    reset_->setStyle(PillButton::Style::quiet);
+    reset_->setStyle(ActionButton::Style::quiet);
     reset_->setAccessibleDescription(QStringLiteral("Every card back at its first place and size"));
-    connect(edit_, &PillButton::clicked, this, &OverviewFooter::editRequested);
-    connect(done_, &PillButton::clicked, this, &OverviewFooter::doneRequested);
-    connect(reset_, &PillButton::clicked, this, &OverviewFooter::resetRequested);
+    connect(edit_, &ActionButton::clicked, this, &OverviewFooter::editRequested);
+    connect(done_, &ActionButton::clicked, this, &OverviewFooter::doneRequested);
+    connect(reset_, &ActionButton::clicked, this, &OverviewFooter::resetRequested);
     connect(&theme_, &ThemeStore::changed, this, [this] { update(); });
     setEditing(false, {}, false);
 }

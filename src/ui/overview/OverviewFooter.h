@@ -9,7 +9,7 @@
 
 namespace trotlet::ui {
 
-class PillButton;
+class ActionButton;
 class ThemeStore;
 class TrayTile;
 
@@ -23,9 +23,9 @@ public:
 
     void setEditing(bool editing, const std::vector<panel::TrayEntry>& tray, bool canReset);
     bool editing() const { return editing_; }
-    PillButton& editButton() const { return *edit_; }
-    PillButton& doneButton() const { return *done_; }
-    PillButton& resetButton() const { return *reset_; }
+    ActionButton& editButton() const { return *edit_; }
+    ActionButton& doneButton() const { return *done_; }
+    ActionButton& resetButton() const { return *reset_; }
     const std::vector<TrayTile*>& tiles() const { return tiles_; }
     // The widgets the keyboard reaches, in order.
     std::vector<QWidget*> focusChain() const;
@@ -47,9 +47,9 @@ private:
 
     const ThemeStore& theme_;
     bool editing_ = false;
-    PillButton* edit_ = nullptr;
-    PillButton* done_ = nullptr;
-    PillButton* reset_ = nullptr;
+    ActionButton* edit_ = nullptr;
+    ActionButton* done_ = nullptr;
+    ActionButton* reset_ = nullptr;
     std::vector<panel::TrayEntry> tray_;
     std::vector<TrayTile*> tiles_;
 };

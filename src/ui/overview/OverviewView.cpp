@@ -13,7 +13,7 @@
 #include "panel/CardFocus.h"
 #include "panel/OverviewEditing.h"
 #include "ui/cards/CardView.h"
-#include "ui/details/PillButton.h"
+#include "ui/details/ActionButton.h"
 #include "ui/overview/OverviewFooter.h"
 #include "ui/panel/PanelModel.h"
 #include "ui/theme/ThemeStore.h"

@@ -15,7 +15,7 @@
 #include "ui/details/ChartView.h"
 #include "ui/details/DetailSection.h"
 #include "ui/details/DetailView.h"
-#include "ui/details/PillButton.h"
+#include "ui/details/ActionButton.h"
 #include "ui/details/PublicAddressLookup.h"
 #include "ui/details/RangeSwitch.h"
 #include "ui/overview/OverviewView.h"

@@ -7,7 +7,7 @@
 #include "layout/LayoutOps.h"
 #include "snapshot/SceneRig.h"
 #include "ui/cards/CardView.h"
-#include "ui/details/PillButton.h"
+#include "ui/details/ActionButton.h"
 #include "ui/overview/OverviewFooter.h"
 #include "ui/overview/OverviewView.h"
 #include "ui/panel/PanelHeader.h"

@@ -11,12 +11,12 @@ class ThemeStore;
 // A small painted push button: a label, optionally led by a symbol. `primary` fills it with the
 // accent, `quiet` draws only its label (a link), the default sits on the chip colour. Enter,
 // Space or a click press it; the focus ring shows for keyboard focus only.
-class PillButton : public QWidget {
+class ActionButton : public QWidget {
     Q_OBJECT
 public:
     enum class Style { chip, primary, quiet };
 
-    PillButton(const QString& text, const ThemeStore& theme, QWidget* parent = nullptr);
+    ActionButton(const QString& text, const ThemeStore& theme, QWidget* parent = nullptr);
 
     void setText(const QString& text);
     QString text() const { return text_; }

@@ -1,4 +1,4 @@
-#include "ui/details/PillButton.h"
+#include "ui/details/ActionButton.h"
 
 #include <QFocusEvent>
 #include <QKeyEvent>
@@ -10,7 +10,7 @@
 
 namespace trotlet::ui {
 
-PillButton::PillButton(const QString& text, const ThemeStore& theme, QWidget* parent)
+ActionButton::ActionButton(const QString& text, const ThemeStore& theme, QWidget* parent)
     : QWidget(parent), text_(text), theme_(theme) {
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_Hover);
@@ -21,7 +21,7 @@ PillButton::PillButton(const QString& text, const ThemeStore& theme, QWidget* pa
     resize(sizeHint());
 }
 
-void PillButton::setText(const QString& text) {
+void ActionButton::setText(const QString& text) {
     if (text == text_) return;
     text_ = text;
     setAccessibleName(text);
@@ -30,26 +30,26 @@ void PillButton::setText(const QString& text) {
     update();
 }
 
-void PillButton::setSymbol(const std::string& symbol) {
+void ActionButton::setSymbol(const std::string& symbol) {
     symbol_ = symbol;
     resize(sizeHint());
     updateGeometry();
     update();
 }
 
-void PillButton::setCompact(bool compact) {
+void ActionButton::setCompact(bool compact) {
     compact_ = compact;
     setFixedHeight(compact ? Metrics::compactButtonHeight : Metrics::buttonHeight);
     resize(sizeHint());
     updateGeometry();
 }
 
-void PillButton::setStyle(Style style) {
+void ActionButton::setStyle(Style style) {
     style_ = style;
     update();
 }
 
-QSize PillButton::sizeHint() const {
+QSize ActionButton::sizeHint() const {
     const QFontMetrics fm(theme_.theme().type().label);
     const int icon = symbol_.empty() ? 0 : Metrics::iconSize + Metrics::spacingSmall;
     const int pad = style_ == Style::quiet ? Metrics::spacingSmall : Metrics::spacingLarge;
@@ -57,7 +57,7 @@ QSize PillButton::sizeHint() const {
                  compact_ ? Metrics::compactButtonHeight : Metrics::buttonHeight);
 }
 
-void PillButton::paintEvent(QPaintEvent*) {
+void ActionButton::paintEvent(QPaintEvent*) {
     const Theme& theme = theme_.theme();
     const Palette& pal = theme.palette();
     QPainter p(this);
@@ -104,20 +104,20 @@ void PillButton::paintEvent(QPaintEvent*) {
     }
 }
 
-void PillButton::mousePressEvent(QMouseEvent* event) {
+void ActionButton::mousePressEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton) return;
     pressed_ = true;
     update();
 }
 
-void PillButton::mouseReleaseEvent(QMouseEvent* event) {
+void ActionButton::mouseReleaseEvent(QMouseEvent* event) {
     const bool was = pressed_;
     pressed_ = false;
     update();
     if (was && rect().contains(event->position().toPoint()) && isEnabled()) emit clicked();
 }
 
-void PillButton::keyPressEvent(QKeyEvent* event) {
+void ActionButton::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter ||
         event->key() == Qt::Key_Space) {
         if (isEnabled()) emit clicked();
@@ -126,25 +126,25 @@ void PillButton::keyPressEvent(QKeyEvent* event) {
     QWidget::keyPressEvent(event);
 }
 
-void PillButton::enterEvent(QEnterEvent*) {
+void ActionButton::enterEvent(QEnterEvent*) {
     hovered_ = true;
     update();
 }
 
-void PillButton::leaveEvent(QEvent*) {
+void ActionButton::leaveEvent(QEvent*) {
     hovered_ = false;
     pressed_ = false;
     update();
 }
 
-void PillButton::focusInEvent(QFocusEvent* event) {
+void ActionButton::focusInEvent(QFocusEvent* event) {
     keyboardFocus_ = isKeyboardFocus(event->reason());
     update();
 }
 
-void PillButton::focusOutEvent(QFocusEvent*) { update(); }
+void ActionButton::focusOutEvent(QFocusEvent*) { update(); }
 
-void PillButton::changeEvent(QEvent* event) {
+void ActionButton::changeEvent(QEvent* event) {
     if (event->type() == QEvent::EnabledChange) update();
     QWidget::changeEvent(event);
 }
