@@ -46,13 +46,17 @@ void ActionButton::setCompact(bool compact) {
 
 void ActionButton::setStyle(Style style) {
     style_ = style;
+    resize(sizeHint());
+    updateGeometry();
     update();
 }
 
 QSize ActionButton::sizeHint() const {
-    const QFontMetrics fm(theme_.theme().type().label);
+    const QFontMetrics fm(style_ == Style::back ? theme_.theme().type().title
+                                                : theme_.theme().type().label);
     const int icon = symbol_.empty() ? 0 : Metrics::iconSize + Metrics::spacingSmall;
-    const int pad = style_ == Style::quiet ? Metrics::spacingSmall : Metrics::spacingLarge;
+    const int pad = style_ == Style::quiet || style_ == Style::back ? Metrics::spacingSmall
+                                                                    : Metrics::spacingLarge;
     return QSize(fm.horizontalAdvance(text_) + icon + 2 * pad,
                  compact_ ? Metrics::compactButtonHeight : Metrics::buttonHeight);
 }
@@ -81,19 +85,22 @@ void ActionButton::paintEvent(QPaintEvent*) {
     } else if (hovered_ || pressed_) {
         fill = pal.chip;
     }
+    const QColor symbolInk = ink;
+    if (style_ == Style::back) ink = pal.text;
     if (!isEnabled()) ink = pal.textTertiary;
     p.setPen(Qt::NoPen);
     p.setBrush(fill);
     p.drawRoundedRect(r, radius, radius);
 
-    const int pad = style_ == Style::quiet ? Metrics::spacingSmall : Metrics::spacingLarge;
+    const int pad = style_ == Style::quiet || style_ == Style::back ? Metrics::spacingSmall
+                                                                    : Metrics::spacingLarge;
     qreal x = r.left() + pad - 1;
     if (!symbol_.empty()) {
         const qreal icon = Metrics::iconSize;
-        Icons::paint(p, QRectF(x, r.center().y() - icon / 2, icon, icon), symbol_, ink);
+        Icons::paint(p, QRectF(x, r.center().y() - icon / 2, icon, icon), symbol_, symbolInk);
         x += icon + Metrics::spacingSmall;
     }
-    p.setFont(theme.type().label);
+    p.setFont(style_ == Style::back ? theme.type().title : theme.type().label);
     p.setPen(ink);
     p.drawText(QRectF(x, r.top(), r.right() - x, r.height()), Qt::AlignLeft | Qt::AlignVCenter,
                text_);

@@ -14,7 +14,8 @@ class ThemeStore;
 class ActionButton : public QWidget {
     Q_OBJECT
 public:
-    enum class Style { chip, primary, quiet };
+    // `back`: a screen's way back, its symbol in the accent and its label as the screen's title.
+    enum class Style { chip, primary, quiet, back };
 
     ActionButton(const QString& text, const ThemeStore& theme, QWidget* parent = nullptr);
 

@@ -37,42 +37,6 @@ bool isChart(const panel::DetailBlock& b) {
 
 }  // namespace
 
-// The top bar's title: the kind's symbol in its colour and the detail's name, centred.
-class DetailTitle : public QWidget {
-public:
-    DetailTitle(const ThemeStore& theme, QWidget* parent) : QWidget(parent), theme_(theme) {}
-    void set(const std::string& title, const std::string& symbol, const std::string& color) {
-        if (title == title_ && symbol == symbol_ && color == color_) return;
-        title_ = title;
-        symbol_ = symbol;
-        color_ = color;
-        update();
-    }
-
-protected:
-    void paintEvent(QPaintEvent*) override {
-        const Theme& theme = theme_.theme();
-        const Palette& pal = theme.palette();
-        QPainter p(this);
-        p.setRenderHint(QPainter::Antialiasing);
-        const QString title = qs(title_);
-        const qreal icon = Metrics::iconSize + 2;
-        const qreal textWidth = QFontMetricsF(theme.type().title).horizontalAdvance(title);
-        const qreal total = icon + Metrics::spacing + textWidth;
-        const qreal left = (width() - total) / 2;
-        Icons::paint(p, QRectF(left, (height() - icon) / 2, icon, icon), symbol_,
-                     pal.named(color_));
-        p.setFont(theme.type().title);
-        p.setPen(pal.text);
-        p.drawText(QRectF(left + icon + Metrics::spacing, 0, textWidth + 2, height()),
-                   Qt::AlignLeft | Qt::AlignVCenter, title);
-    }
-
-private:
-    const ThemeStore& theme_;
-    std::string title_, symbol_, color_;
-};
-
 // The reading as the card says it, with its caption, or the stand-in.
 class DetailHeadline : public QWidget {
 public:
@@ -183,20 +147,20 @@ DetailView::DetailView(panel::MetricDetail detail, PanelModel& model, const Them
     outer->setSpacing(0);
     auto* top = new QHBoxLayout;
     top->setContentsMargins(Metrics::margin - Metrics::spacingSmall, 0, Metrics::margin, 0);
-    back_ = new ActionButton(QStringLiteral("Overview"), theme_, this);
+    // The way back carries the screen's name, as the Paw Report's does.
+    back_ = new ActionButton(qs(panel::detailTitle(detail)), theme_, this);
     back_->setObjectName(QStringLiteral("back"));
     back_->setSymbol("chevron.left");
-    back_->setStyle(ActionButton::Style::quiet);
-    back_->setAccessibleDescription(QStringLiteral("Back to the Overview (Escape)"));
+    back_->setStyle(ActionButton::Style::back);
+    back_->setAccessibleName(QStringLiteral("Back to the Overview"));
+    back_->setAccessibleDescription(qs(panel::detailTitle(detail)) + QStringLiteral(" (Escape)"));
     connect(back_, &ActionButton::clicked, this, &DetailView::backRequested);
     auto* topBar = new QWidget(this);
     topBar->setFixedHeight(Metrics::topBarHeight);
-    title_ = new DetailTitle(theme_, topBar);
     top->addWidget(back_);
     top->addStretch(1);
     topBar->setLayout(top);
     outer->addWidget(topBar);
-    topBar->installEventFilter(this);
 
     scroll_ = new QScrollArea(this);
     scroll_->setFrameShape(QFrame::NoFrame);
@@ -234,7 +198,6 @@ void DetailView::build() {
     scroll_->setWidget(body_);
     headline_ = new DetailHeadline(theme_, body_);
     headline_->setContent(content_);
-    title_->set(content_.title, content_.symbol, content_.color);
     column_->addWidget(headline_);
 
     QWidget* previous = back_;
@@ -302,7 +265,6 @@ int DetailView::refresh() {
     }
     if (!(next == content_)) {
         repainted += headline_->setContent(next) ? 1 : 0;
-        title_->set(next.title, next.symbol, next.color);
         std::size_t section = 0, chart = 0;
         for (const auto& block : next.blocks) {
             if (isChart(block)) {
@@ -363,13 +325,6 @@ void DetailView::keyPressEvent(QKeyEvent* event) {
         }
     }
     QWidget::keyPressEvent(event);
-}
-
-bool DetailView::eventFilter(QObject* watched, QEvent* event) {
-    // The title spans the whole bar so it stays centred whatever the Back button's width.
-    if (event->type() == QEvent::Resize && title_ && watched == title_->parentWidget())
-        title_->setGeometry(title_->parentWidget()->rect());
-    return QWidget::eventFilter(watched, event);
 }
 
 void DetailView::paintEvent(QPaintEvent*) {

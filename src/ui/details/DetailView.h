@@ -16,7 +16,6 @@ namespace trotlet::ui {
 class ChartView;
 class DetailHeadline;
 class DetailSection;
-class DetailTitle;
 class PanelModel;
 class PanelWindow;
 class ActionButton;
@@ -57,7 +56,6 @@ signals:
 protected:
     void keyPressEvent(QKeyEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
-    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void build();
@@ -72,7 +70,6 @@ private:
     QScrollArea* scroll_ = nullptr;
     QWidget* body_ = nullptr;
     QVBoxLayout* column_ = nullptr;
-    DetailTitle* title_ = nullptr;
     DetailHeadline* headline_ = nullptr;
     RangeSwitch* rangeSwitch_ = nullptr;
     std::vector<ChartView*> charts_;
