@@ -163,12 +163,12 @@ TEST(DetailContent, EachKindShowsItsBlocksOrItsStandIn) {
          std::nullopt,
          {"Utilisation", "GPU"}},
         {"no place", MetricsFixture::normal, none, MetricDetail::weather, noWeatherPlaceText(), {}},
-        {"paw report without a run",
+        {"paw report without a report",
          MetricsFixture::normal,
          none,
          MetricDetail::pawreport,
          "Nothing to report yet",
-         {""}},
+         {}},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
