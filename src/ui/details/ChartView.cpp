@@ -66,13 +66,13 @@ QSize ChartView::sizeHint() const {
     const Theme& theme = theme_.theme();
     const int plot = strip_ ? Metrics::stripHeight : Metrics::chartHeight;
     const int labels = int(std::ceil(captionHeight(theme))) + Metrics::spacingSmall;
-    return QSize(Metrics::gridWidth, Metrics::rowHeight + Metrics::spacingSmall +
+    return QSize(Metrics::gridWidth, Metrics::detailRowHeight + Metrics::spacingSmall +
                                          2 * Metrics::cardPadding + plot + labels);
 }
 
 QRectF ChartView::cardRect() const {
-    return QRectF(0, Metrics::rowHeight + Metrics::spacingSmall, width(),
-                  height() - Metrics::rowHeight - Metrics::spacingSmall);
+    return QRectF(0, Metrics::detailRowHeight + Metrics::spacingSmall, width(),
+                  height() - Metrics::detailRowHeight - Metrics::spacingSmall);
 }
 
 QRectF ChartView::plotRect() const {
@@ -139,8 +139,8 @@ void ChartView::resizeEvent(QResizeEvent*) {
     cacheValid_ = false;
     if (header_) {
         const QSize s = header_->sizeHint();
-        header_->setGeometry(width() - s.width(), (Metrics::rowHeight - s.height()) / 2, s.width(),
-                             s.height());
+        header_->setGeometry(width() - s.width(), (Metrics::detailRowHeight - s.height()) / 2,
+                             s.width(), s.height());
     }
 }
 
@@ -162,7 +162,7 @@ void ChartView::paintChart(QPainter& p) {
     const TypeScale& type = theme.type();
 
     // Title row: the chart's name, and a note (the pressure level) after it.
-    const QRectF titleRow(0, 0, width(), Metrics::rowHeight);
+    const QRectF titleRow(0, 0, width(), Metrics::detailRowHeight);
     p.setFont(type.label);
     p.setPen(pal.textSecondary);
     const QString title = qs(title_);
@@ -338,7 +338,7 @@ void ChartView::paintReadout(QPainter& p) {
     const qreal h = fm.height() + Metrics::spacingSmall * 1.5;
     // The bubble sits in the title row, over the chart's name, following the pointer.
     const qreal left = std::clamp(x - w / 2, 0.0, qreal(width()) - w);
-    const QRectF bubble(left, (Metrics::rowHeight - h) / 2, w, h);
+    const QRectF bubble(left, (Metrics::detailRowHeight - h) / 2, w, h);
     p.setPen(QPen(pal.border, 1));
     p.setBrush(pal.surface);
     p.drawRoundedRect(bubble, h / 2, h / 2);

@@ -132,9 +132,10 @@ int DetailSection::contentHeight(int width) const {
         case Kind::rows:
         case Kind::processes:
         case Kind::days:
-            return n * Metrics::rowHeight;
+            return n * Metrics::detailRowHeight;
         case Kind::bars:
-            return n * (Metrics::rowHeight + Metrics::meterHeight + Metrics::spacingSmall + cap) +
+            return n * (Metrics::detailRowHeight + Metrics::meterHeight + Metrics::spacingSmall +
+                        cap) +
                    (n - 1) * Metrics::spacingLarge;
         case Kind::cores: {
             const int count = int(block_.bars.size());
@@ -150,7 +151,7 @@ int DetailSection::contentHeight(int width) const {
         case Kind::note:
             return wrapped(block_.note, type.caption);
         case Kind::publicAddress: {
-            int h = int(block_.rows.size()) * Metrics::rowHeight;
+            int h = int(block_.rows.size()) * Metrics::detailRowHeight;
             if (!block_.note.empty()) h += wrapped(block_.note, type.caption) + Metrics::spacing;
             return h + Metrics::buttonHeight;
         }
@@ -163,12 +164,12 @@ int DetailSection::contentHeight(int width) const {
 
 int DetailSection::heightFor(int width) const {
     if (isFootnote(block_)) return contentHeight(width + 2 * Metrics::cardPadding);
-    const int title = block_.title.empty() ? 0 : Metrics::rowHeight + Metrics::spacingSmall;
+    const int title = block_.title.empty() ? 0 : Metrics::detailRowHeight + Metrics::spacingSmall;
     return title + contentHeight(width) + 2 * verticalPadding(block_.kind);
 }
 
 QRectF DetailSection::cardRect() const {
-    const qreal top = block_.title.empty() ? 0 : Metrics::rowHeight + Metrics::spacingSmall;
+    const qreal top = block_.title.empty() ? 0 : Metrics::detailRowHeight + Metrics::spacingSmall;
     return QRectF(0, top, width(), height() - top);
 }
 
@@ -195,8 +196,8 @@ void DetailSection::paintEvent(QPaintEvent*) {
     if (!block_.title.empty()) {
         p.setFont(theme.type().label);
         p.setPen(pal.textSecondary);
-        p.drawText(QRectF(0, 0, width(), Metrics::rowHeight), Qt::AlignLeft | Qt::AlignVCenter,
-                   qs(block_.title));
+        p.drawText(QRectF(0, 0, width(), Metrics::detailRowHeight),
+                   Qt::AlignLeft | Qt::AlignVCenter, qs(block_.title));
     }
     const QRectF card = cardRect().adjusted(0.5, 0.5, -0.5, -0.5);
     p.setPen(QPen(pal.border, 1));
@@ -231,7 +232,7 @@ void DetailSection::paintEvent(QPaintEvent*) {
             paintRows(p, box);
             if (!block_.note.empty()) {
                 QRectF note = box;
-                note.setTop(box.top() + qreal(block_.rows.size()) * Metrics::rowHeight);
+                note.setTop(box.top() + qreal(block_.rows.size()) * Metrics::detailRowHeight);
                 note.setBottom(box.bottom() - Metrics::buttonHeight - Metrics::spacing);
                 paintNote(p, note);
             }
@@ -248,8 +249,8 @@ void DetailSection::paintRows(QPainter& p, const QRectF& box) {
     const QFontMetricsF fm(font);
     for (std::size_t i = 0; i < block_.rows.size(); ++i) {
         const auto& r = block_.rows[i];
-        const QRectF line(box.left(), box.top() + qreal(i) * Metrics::rowHeight, box.width(),
-                          Metrics::rowHeight);
+        const QRectF line(box.left(), box.top() + qreal(i) * Metrics::detailRowHeight, box.width(),
+                          Metrics::detailRowHeight);
         if (i > 0) {
             p.setPen(QPen(pal.separator, 1));
             p.drawLine(QPointF(line.left(), std::round(line.top()) + 0.5),
@@ -274,11 +275,12 @@ void DetailSection::paintBars(QPainter& p, const QRectF& box) {
     const TypeScale& type = theme.type();
     const QColor accent = pal.named(accent_);
     const qreal cap = lineHeight(type.caption);
-    const qreal item = Metrics::rowHeight + Metrics::meterHeight + Metrics::spacingSmall + cap;
+    const qreal item =
+        Metrics::detailRowHeight + Metrics::meterHeight + Metrics::spacingSmall + cap;
     for (std::size_t i = 0; i < block_.bars.size(); ++i) {
         const auto& b = block_.bars[i];
         const qreal top = box.top() + qreal(i) * (item + Metrics::spacingLarge);
-        const QRectF line(box.left(), top, box.width(), Metrics::rowHeight);
+        const QRectF line(box.left(), top, box.width(), Metrics::detailRowHeight);
         const QFontMetricsF fm(type.body);
         const qreal valueWidth = fm.horizontalAdvance(qs(b.value)) + Metrics::spacing;
         QFont label = type.body;
@@ -351,8 +353,8 @@ void DetailSection::paintProcesses(QPainter& p, const QRectF& box) {
     const QFontMetricsF fm(font);
     for (std::size_t i = 0; i < block_.processes.size(); ++i) {
         const auto& pr = block_.processes[i];
-        const QRectF line(box.left(), box.top() + qreal(i) * Metrics::rowHeight, box.width(),
-                          Metrics::rowHeight);
+        const QRectF line(box.left(), box.top() + qreal(i) * Metrics::detailRowHeight, box.width(),
+                          Metrics::detailRowHeight);
         // A share meter before the value column: who takes most reads at a glance.
         const qreal valueColumn = fm.horizontalAdvance(QStringLiteral("00.0 GB"));
         const qreal meterWidth = 44;
@@ -408,8 +410,8 @@ void DetailSection::paintDays(QPainter& p, const QRectF& box) {
     const qreal chanceWidth = QFontMetricsF(type.caption).horizontalAdvance(QStringLiteral("100%"));
     for (std::size_t i = 0; i < block_.days.size(); ++i) {
         const auto& d = block_.days[i];
-        const QRectF line(box.left(), box.top() + qreal(i) * Metrics::rowHeight, box.width(),
-                          Metrics::rowHeight);
+        const QRectF line(box.left(), box.top() + qreal(i) * Metrics::detailRowHeight, box.width(),
+                          Metrics::detailRowHeight);
         if (i > 0) {
             p.setPen(QPen(pal.separator, 1));
             p.drawLine(QPointF(line.left(), std::round(line.top()) + 0.5),

@@ -73,7 +73,7 @@ std::vector<QWidget*> OverviewFooter::focusChain() const {
     return chain;
 }
 
-int OverviewFooter::trayTop() const { return Metrics::rowHeight + Metrics::spacingSmall; }
+int OverviewFooter::trayTop() const { return Metrics::detailRowHeight + Metrics::spacingSmall; }
 
 void OverviewFooter::arrange() {
     const int width = Metrics::gridWidth;
@@ -93,7 +93,7 @@ void OverviewFooter::arrange() {
                                tileWidth, Metrics::trayTile);
     }
     const int rows = (int(tiles_.size()) + kTileColumns - 1) / kTileColumns;
-    y += rows == 0 ? Metrics::rowHeight : rows * (Metrics::trayTile + gap) - gap;
+    y += rows == 0 ? Metrics::detailRowHeight : rows * (Metrics::trayTile + gap) - gap;
     y += Metrics::spacingLarge;
     const int hint = int(std::ceil(QFontMetricsF(theme_.theme().type().caption).height()));
     y += hint + Metrics::spacingLarge;
@@ -112,12 +112,12 @@ void OverviewFooter::paintEvent(QPaintEvent*) {
     p.setRenderHint(QPainter::Antialiasing);
     p.setFont(theme.type().label);
     p.setPen(pal.textSecondary);
-    p.drawText(QRectF(0, 0, width(), Metrics::rowHeight), Qt::AlignLeft | Qt::AlignVCenter,
+    p.drawText(QRectF(0, 0, width(), Metrics::detailRowHeight), Qt::AlignLeft | Qt::AlignVCenter,
                QStringLiteral("Hidden cards"));
     p.setFont(theme.type().caption);
     if (tiles_.empty()) {
         p.setPen(pal.textTertiary);
-        p.drawText(QRectF(0, trayTop(), width(), Metrics::rowHeight),
+        p.drawText(QRectF(0, trayTop(), width(), Metrics::detailRowHeight),
                    Qt::AlignLeft | Qt::AlignVCenter,
                    QStringLiteral("Every card is on the Overview. A card's minus hides it."));
     }
