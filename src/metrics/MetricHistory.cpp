@@ -41,6 +41,10 @@ std::optional<double> MetricHistory::valueOf(const MetricsSnapshot& s, MetricKin
     case HistorySeries::batteryPercent:
         if (k.contains(MetricKinds::battery) && s.battery.present) return double(s.battery.percent);
         break;
+    case HistorySeries::memoryPressure:
+        if (k.contains(MetricKinds::memory) && s.memory.pressure != MemoryPressure::unknown)
+            return double(static_cast<int>(s.memory.pressure));
+        break;
     }
     return std::nullopt;
 }

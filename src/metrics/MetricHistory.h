@@ -22,10 +22,11 @@ enum class HistorySeries {
     cpuC,
     gpuUtilization,  // 0..1
     batteryPercent,
+    memoryPressure,  // 1 normal, 2 warning, 3 critical; absent while the kernel gives no level
 };
-inline constexpr std::array<std::string_view, 9> HistorySeriesNames = {
+inline constexpr std::array<std::string_view, 10> HistorySeriesNames = {
     "cpuTotal", "memoryUsed", "downBps", "upBps", "diskReadBps", "diskWriteBps", "cpuC",
-    "gpuUtilization", "batteryPercent"};
+    "gpuUtilization", "batteryPercent", "memoryPressure"};
 
 struct HistoryPoint {
     Timestamp time;

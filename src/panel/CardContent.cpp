@@ -275,6 +275,10 @@ SizeRules rulesFor(CardSize size) {
     return {};
 }
 
+std::string batteryStateText(const metrics::BatteryMetrics& battery) {
+    return batteryCaption(battery);
+}
+
 std::string spokenValue(const std::string& value, const std::string& unit) {
     if (value.empty()) return "";
     if (unit == "%") return value + " percent";

@@ -101,6 +101,9 @@ SizeRules rulesFor(layout::CardSize size);
 // shows; an unknown id gives a card with only its id as title.
 CardContent describeCard(std::string_view id, layout::CardSize size, const CardInputs& in);
 
+// The battery's state in a few words: "Charging · 48m to full", "5h 12m left".
+std::string batteryStateText(const metrics::BatteryMetrics& battery);
+
 // "37%" read aloud: "37 percent"; other units as they are.
 std::string spokenValue(const std::string& value, const std::string& unit);
 

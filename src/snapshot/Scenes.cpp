@@ -16,6 +16,8 @@
 #include "sky/qt/SkyBackdrop.h"
 #include "snapshot/ProcessScenes.h"
 #include "snapshot/SceneFixtures.h"
+#include "snapshot/DetailScenes.h"
+#include "snapshot/EditScenes.h"
 #include "snapshot/ScenePainting.h"
 #include "snapshot/SceneRig.h"
 #include "snapshot/ShopScenes.h"
@@ -248,6 +250,8 @@ std::vector<Scene> buildScenes() {
     scenes.push_back({"hero", [] { return std::make_unique<HeroStage>(); }});
     addSkyScenes(scenes);
     addSettingsScenes(scenes);
+    addDetailScenes(scenes);
+    addEditScenes(scenes);
     return scenes;
 }
 

@@ -27,6 +27,7 @@
 #include "platform/freedesktop/IdleMonitor.h"
 #include "platform/freedesktop/Notifications.h"
 #include "platform/freedesktop/ReduceMotion.h"
+#include "platform/freedesktop/NetworkManagerWifi.h"
 #include "platform/freedesktop/ScreenLock.h"
 #include "platform/freedesktop/TrayItem.h"
 #include "settings/AppSettings.h"
@@ -65,6 +66,8 @@ AppModel::AppModel(const cli::LaunchOptions& options, settings::AppSettings& set
     if (!options_.mock && !options_.fixture) {
         power_ = new metrics::PowerProfiles(this);
         store_->setLowPowerSource(power_);
+        wifi_ = new platform::NetworkManagerWifi(QDBusConnection::systemBus(), this);
+        store_->setWifiSource(wifi_);
     }
     store_->setUpdateInterval(settings_.monitoring().updateInterval());
 

@@ -36,6 +36,7 @@ class PowerProfiles;
 namespace trotlet::platform {
 class GlobalShortcut;
 class IdleMonitor;
+class NetworkManagerWifi;
 class Notifications;
 class ReduceMotion;
 class ScreenLock;
@@ -110,6 +111,7 @@ private:
     settings::AppSettings& settings_;
     std::unique_ptr<metrics::MetricsStore> store_;
     metrics::PowerProfiles* power_ = nullptr;
+    platform::NetworkManagerWifi* wifi_ = nullptr;
     platform::IdleMonitor* idle_ = nullptr;
     platform::ReduceMotion* reduceMotion_ = nullptr;
     platform::ScreenLock* screenLock_ = nullptr;

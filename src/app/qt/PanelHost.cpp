@@ -7,6 +7,8 @@
 #include <QDesktopServices>
 #include <QDir>
 #include <QEvent>
+#include <QKeyEvent>
+#include <QLocale>
 #include <QPalette>
 #include <QUrl>
 
@@ -42,6 +44,8 @@
 #include "shop/Catalog.h"
 #include "shop/ShopScreenContent.h"
 #include "shop/qt/ShopRuntime.h"
+#include "ui/details/DetailView.h"
+#include "ui/details/PublicAddressLookup.h"
 #include "ui/onboarding/OnboardingView.h"
 #include "ui/overview/OverviewView.h"
 #include "ui/panel/PanelHeader.h"
@@ -58,6 +62,7 @@
 #include "updates/qt/UpdateStore.h"
 #include "updates/qt/UpdatesRuntime.h"
 #include "updates/qt/WhatsNewStore.h"
+#include "weather/WeatherText.h"
 #include "weather/qt/WeatherRuntime.h"
 #include "weather/qt/WeatherSearch.h"
 #include "weather/qt/WeatherStore.h"
@@ -91,6 +96,11 @@ PanelHost::PanelHost(AppModel& model, settings::AppSettings& settings,
     connect(colorScheme_, &platform::ColorScheme::changed, this,
             [this](std::optional<std::uint32_t> scheme) { theme_->setPortalScheme(scheme); });
     theme_->setPortalScheme(colorScheme_->scheme());
+    // The look-up outlives the window, so an answer survives the panel being released.
+    publicAddress_ = new ui::PublicAddressLookup(ui::PublicAddressLookup::defaultService(), this);
+    connect(publicAddress_, &ui::PublicAddressLookup::changed, this, [this] {
+        if (model_) model_->setPublicAddress(publicAddress_->state());
+    });
     releaseTimer_.setSingleShot(true);
     releaseTimer_.setInterval(releaseAfterMs);
     connect(&releaseTimer_, &QTimer::timeout, this, &PanelHost::release);
@@ -248,6 +258,12 @@ bool PanelHost::isOpen() const { return window_ && window_->isVisible(); }
 void PanelHost::build() {
     model_ = std::make_unique<ui::PanelModel>(settings_, app_.layout(), app_.store().history());
     model_->setFirstName(platform::accountFirstName(::getuid()));
+    model_->setDayHistory(&app_.store().dayHistory());
+    model_->setPublicAddress(publicAddress_->state());
+    connect(model_.get(), &ui::PanelModel::publicAddressRequested, publicAddress_, [this] {
+        debugLog("public address requested by the user");
+        publicAddress_->request();
+    });
     window_ = std::make_unique<ui::PanelWindow>(*model_, *theme_);
     window_->setWindowFlags(Qt::Tool | Qt::FramelessWindowHint);
     window_->installEventFilter(this);
@@ -363,8 +379,17 @@ void PanelHost::feedWeather() {
     const auto now = std::chrono::duration_cast<std::chrono::seconds>(
                          std::chrono::system_clock::now().time_since_epoch())
                          .count();
-    const auto& report = app_.weather().store().currentReport();
+    const auto& store = app_.weather().store();
+    const auto report = store.currentReport();
     model_->setWeather(panel::summarizeWeather(report, now), report);
+    panel::WeatherDetailInputs detail;
+    detail.placeChosen = store.location().has_value();
+    detail.report = report;
+    if (store.status().kind == weather::WeatherStatus::Kind::failed)
+        detail.error = store.status().error;
+    detail.loading = store.status().kind == weather::WeatherStatus::Kind::loading;
+    detail.imperialWind = weather::usesImperialWind(QLocale::system().name().toStdString());
+    model_->setWeatherDetail(std::move(detail));
 }
 
 void PanelHost::show(const QElapsedTimer& startedAt) {
@@ -383,7 +408,7 @@ void PanelHost::show(const QElapsedTimer& startedAt) {
     }
     if (perfLogging()) {
         perfClock_ = startedAt;
-        perfFirstBuild_ = first;
+        perfWhat_ = first ? "built for this open" : "kept from before";
     }
     w.header().setAnimating(true);
     w.show();
@@ -455,6 +480,8 @@ void PanelHost::feedNotice() {
 void PanelHost::hide() {
     if (!window_) return;
     window_->header().setAnimating(false);
+    // A closed panel is not left half arranged: edit mode ends with it.
+    window_->overview().setEditing(false);
     window_->hide();
     releaseTimer_.start();
 }
@@ -463,18 +490,23 @@ void PanelHost::showTab(panel::PanelTab tab) { window().showTab(tab); }
 
 void PanelHost::showDetail(panel::MetricDetail detail) {
     auto& w = window();
-    w.showTab(panel::PanelTab::overview);
+    const std::string name(panel::MetricDetailNames[std::size_t(detail)]);
+    if (perfLogging() && !perfClock_) {
+        perfClock_.emplace();
+        perfClock_->start();
+        perfWhat_ = "detail " + name;
+    }
     if (detail == panel::MetricDetail::pawreport) {
+        w.showTab(panel::PanelTab::overview);
         feedPaw();
         auto* view = new reports::PawReportView(*model_, *theme_);
         connect(view, &reports::PawReportView::backRequested, &w, [&w] { w.popDetail(); });
         w.pushDetail(view);
-        debugLog("detail pawreport");
+        debugLog("detail pawreport shown");
         return;
     }
-    const std::string card(panel::MetricDetailNames[std::size_t(detail)]);
-    w.overview().highlight(card);
-    debugLog("detail " + card + ": no detail screen yet, the Overview highlights its card");
+    ui::openDetail(w, *model_, *theme_, detail);
+    debugLog("detail " + name + " shown");
 }
 
 void PanelHost::release() {
@@ -494,6 +526,16 @@ void PanelHost::release() {
 
 bool PanelHost::eventFilter(QObject* watched, QEvent* event) {
     if (watched == window_.get()) {
+        if (event->type() == QEvent::KeyPress && perfLogging() && window_->hasDetail()) {
+            // Back to the Overview (the window pops the detail on these keys).
+            auto* key = static_cast<QKeyEvent*>(event);
+            const bool alt = key->modifiers() & Qt::AltModifier;
+            if (key->key() == Qt::Key_Escape || (alt && key->key() == Qt::Key_Left)) {
+                perfClock_.emplace();
+                perfClock_->start();
+                perfWhat_ = "back to the Overview";
+            }
+        }
         if (event->type() == QEvent::WindowDeactivate && !options_.keepPanelOpen &&
             window_->isVisible())
             emit closeRequested(QStringLiteral("focus lost"));
@@ -501,8 +543,7 @@ bool PanelHost::eventFilter(QObject* watched, QEvent* event) {
             // The update request paints the whole window; its end is the first frame shown.
             const bool handled = static_cast<QObject*>(window_.get())->event(event);
             std::fprintf(stderr, "trotlet: panel first frame %.1f ms after the request (%s)\n",
-                         double(perfClock_->nsecsElapsed()) / 1e6,
-                         perfFirstBuild_ ? "built for this open" : "kept from before");
+                         double(perfClock_->nsecsElapsed()) / 1e6, perfWhat_.c_str());
             perfClock_.reset();
             return handled;
         }

@@ -6,6 +6,7 @@
 
 #include <memory>
 #include <optional>
+#include <string>
 
 #include "cli/LaunchOptions.h"
 #include "panel/Onboarding.h"
@@ -24,6 +25,7 @@ class ProcessesController;
 namespace trotlet::ui {
 class PanelModel;
 class PanelWindow;
+class PublicAddressLookup;
 class SettingsController;
 class SettingsView;
 class ThemeStore;
@@ -57,8 +59,7 @@ public:
     void show(const QElapsedTimer& startedAt);
     void hide();
     void showTab(panel::PanelTab tab);
-    // Opens a metric's detail; until detail screens exist, the Overview with that card
-    // highlighted.
+    // Opens a metric's detail over the Overview.
     void showDetail(panel::MetricDetail detail);
     // The updates whose notice the panel shows (install for this user, a newer version,
     // What's new), and whose buttons it presses.
@@ -109,7 +110,8 @@ private:
     processes::ProcessesController* processes_ = nullptr;  // owned by the model
     QTimer releaseTimer_;
     std::optional<QElapsedTimer> perfClock_;
-    bool perfFirstBuild_ = false;
+    std::string perfWhat_;
+    ui::PublicAddressLookup* publicAddress_ = nullptr;
     bool builtSinceShown_ = false;
     int appearanceObserver_ = -1;
     int settingsObserverForShortcut_ = -1;

@@ -8,6 +8,7 @@
 #include <chrono>
 #include <cmath>
 
+#include "metrics/SnapshotMask.h"
 #include "metrics/qt/PowerProfiles.h"
 
 namespace trotlet::metrics {
@@ -15,15 +16,17 @@ namespace trotlet::metrics {
 // Owns the provider on the sampling thread; only that thread touches it.
 class SamplerWorker : public QObject {
 public:
-    explicit SamplerWorker(std::unique_ptr<MetricsProvider> provider) : provider_(std::move(provider)) {}
+    explicit SamplerWorker(std::unique_ptr<MetricsProvider> provider)
+        : provider_(std::move(provider)) {}
 
-    void sample(MetricKinds kinds, bool fullList, QPointer<MetricsStore> store,
+    void sample(MetricKinds kinds, bool fullList, Timestamp now, QPointer<MetricsStore> store,
                 std::function<void(MetricsSnapshot, MetricKinds)> deliver) {
         provider_->setFullProcessList(fullList);
-        MetricsSnapshot s = provider_->sample(kinds, std::chrono::system_clock::now());
+        MetricsSnapshot s = provider_->sample(kinds, now);
         if (!store) return;
         QMetaObject::invokeMethod(
-            store.data(), [deliver = std::move(deliver), s = std::move(s), kinds]() { deliver(s, kinds); },
+            store.data(),
+            [deliver = std::move(deliver), s = std::move(s), kinds]() { deliver(s, kinds); },
             Qt::QueuedConnection);
     }
 
@@ -31,7 +34,8 @@ private:
     std::unique_ptr<MetricsProvider> provider_;
 };
 
-MetricsStore::MetricsStore(std::unique_ptr<MetricsProvider> provider, QObject* parent, size_t historyCapacity)
+MetricsStore::MetricsStore(std::unique_ptr<MetricsProvider> provider, QObject* parent,
+                           size_t historyCapacity)
     : QObject(parent), history_(historyCapacity) {
     providerName_ = QString::fromStdString(provider->name());
     worker_ = new SamplerWorker(std::move(provider));
@@ -79,8 +83,10 @@ void MetricsStore::setExtraKinds(MetricKinds kinds) {
 }
 
 void MetricsStore::sampleSoon() {
-    if (inFlight_) resampleAfterDelivery_ = true;
-    else sampleNow();
+    if (inFlight_)
+        resampleAfterDelivery_ = true;
+    else
+        sampleNow();
 }
 
 void MetricsStore::applyPlan() {
@@ -107,22 +113,40 @@ void MetricsStore::sampleNow() {
     inFlight_ = true;
     if (lowPower_) lowPower_->refresh();
     const SamplingPlan p = plan();
+    const Timestamp now = std::chrono::system_clock::now();
+    const MetricKinds dayOnly(day_.dueKinds(now, DayHistory::kinds()).rawValue & ~p.kinds.rawValue);
+    const MetricKinds kinds = p.kinds | dayOnly;
     QPointer<MetricsStore> self(this);
-    auto deliver = [self](MetricsSnapshot s, MetricKinds kinds) {
-        if (self) self->deliver(s, kinds);
+    auto deliver = [self, dayOnly](MetricsSnapshot s, MetricKinds sampled) {
+        if (self) self->deliver(s, sampled, dayOnly);
     };
     SamplerWorker* worker = worker_;
     QMetaObject::invokeMethod(
-        worker, [worker, p, self, deliver]() { worker->sample(p.kinds, p.fullProcessList, self, deliver); },
+        worker,
+        [worker, kinds, p, now, self, deliver]() {
+            worker->sample(kinds, p.fullProcessList, now, self, deliver);
+        },
         Qt::QueuedConnection);
 }
 
-void MetricsStore::deliver(const MetricsSnapshot& snapshot, MetricKinds kinds) {
+void MetricsStore::deliver(const MetricsSnapshot& snapshot, MetricKinds kinds,
+                           MetricKinds dayOnly) {
     inFlight_ = false;
-    latest_ = snapshot;
-    latestKinds_ = kinds;
-    if (lowPower_ && kinds.contains(MetricKinds::battery)) latest_.battery.lowPowerMode = lowPower_->lowPowerMode();
-    history_.append(latest_, kinds);
+    day_.append(snapshot, kinds);
+    if (dayOnly.isEmpty()) {
+        latest_ = snapshot;
+        latestKinds_ = kinds;
+    } else {
+        latestKinds_ = MetricKinds(kinds.rawValue & ~dayOnly.rawValue);
+        latest_ = restrictedTo(snapshot, latestKinds_);
+    }
+    if (lowPower_ && latestKinds_.contains(MetricKinds::battery))
+        latest_.battery.lowPowerMode = lowPower_->lowPowerMode();
+    if (wifi_ && latestKinds_.contains(MetricKinds::network) &&
+        latest_.network.interfaceKind == InterfaceKind::wifi && latest_.network.interface)
+        if (const auto extras = wifi_->extrasFor(*latest_.network.interface))
+            mergeWifiExtras(latest_.network, *extras);
+    history_.append(latest_, latestKinds_);
     ++sampleCount_;
     emit updated();
     if (resampleAfterDelivery_ && timer_.isActive()) {

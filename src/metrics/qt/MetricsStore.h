@@ -6,9 +6,11 @@
 
 #include <memory>
 
+#include "metrics/DayHistory.h"
 #include "metrics/MetricHistory.h"
 #include "metrics/MetricsProvider.h"
 #include "metrics/SamplingPlan.h"
+#include "metrics/WifiExtras.h"
 
 namespace trotlet::metrics {
 
@@ -20,6 +22,11 @@ class SamplerWorker;
 // own, because a reading can block (a slow sysfs attribute, the first statvfs of a volume); the
 // result is published on the thread that owns the store (the main thread) through `updated`.
 // A tick that comes while a sample is still running is skipped, never queued.
+//
+// Besides the recent ring it keeps the day's per-minute history. The first tick of each minute
+// also reads the charted kinds the tier leaves out (disk activity and the GPU while the panel is
+// closed); those readings go only into the day, and the published sample keeps the tier's kinds,
+// so no consumer sees a reading appear once a minute.
 class MetricsStore : public QObject {
     Q_OBJECT
 public:
@@ -30,6 +37,8 @@ public:
     ~MetricsStore() override;
 
     void setLowPowerSource(PowerProfiles* lowPower);
+    // Supplies the Wi-Fi network's name and band (the kernel's files do not say them).
+    void setWifiSource(WifiSource* wifi) { wifi_ = wifi; }
 
     void setTier(ConsumerTier tier);
     void setUpdateInterval(double seconds);  // monitoring.updateInterval
@@ -50,6 +59,7 @@ public:
     const MetricsSnapshot& latest() const { return latest_; }
     MetricKinds latestKinds() const { return latestKinds_; }
     const MetricHistory& history() const { return history_; }
+    const DayHistory& dayHistory() const { return day_; }
     quint64 sampleCount() const { return sampleCount_; }
     quint64 skippedTicks() const { return skippedTicks_; }
     QString providerName() const { return providerName_; }
@@ -61,12 +71,13 @@ private:
     void applyPlan();
     // A plan change that asks for more: sample now, or right after the sample in flight.
     void sampleSoon();
-    void deliver(const MetricsSnapshot& snapshot, MetricKinds kinds);
+    void deliver(const MetricsSnapshot& snapshot, MetricKinds kinds, MetricKinds dayOnly);
 
     QThread thread_;
     SamplerWorker* worker_ = nullptr;
     QTimer timer_;
     PowerProfiles* lowPower_ = nullptr;
+    WifiSource* wifi_ = nullptr;
     QString providerName_;
     ConsumerTier tier_ = ConsumerTier::menuBarOnly;
     double updateIntervalSec_ = 2;
@@ -77,6 +88,7 @@ private:
     MetricsSnapshot latest_;
     MetricKinds latestKinds_;
     MetricHistory history_;
+    DayHistory day_;
     quint64 sampleCount_ = 0;
     quint64 skippedTicks_ = 0;
 };

@@ -246,6 +246,43 @@ void absent(Report& r) {
                 store.history().points(HistorySeries::gpuUtilization).size() == 1);
 }
 
+// The closed panel's tier leaves disk activity and the GPU out; the day's history still gets
+// one reading of each a minute, which the published sample does not show.
+void day(Report& r) {
+    const char* name = "day";
+    auto rec = std::make_shared<Recorder>();
+    MetricsStore store(std::make_unique<RecordingProvider>(
+        std::make_unique<FixtureProvider>(MetricsFixture::normal), rec));
+    const MetricKinds menuBar = planFor(ConsumerTier::menuBarOnly, 2, false).kinds;
+    const auto minuteNow = [] { return DayHistory::minuteOf(std::chrono::system_clock::now()); };
+    const auto startMinute = minuteNow();
+    store.start();
+    const bool first = waitUntil([&] { return store.sampleCount() >= 1; }, 2000);
+    store.sampleNow();
+    const bool second = waitUntil([&] { return store.sampleCount() >= 2; }, 2000);
+    const bool sameMinute = minuteNow() == startMinute;
+    store.stop();
+    waitUntil([&] { return rec->active == 0; }, 1000);
+    std::lock_guard lock(rec->mutex);
+    r.check(name, "two menu-bar samples arrive", first && second && rec->requests.size() == 2);
+    if (rec->requests.size() < 2) return;
+    r.check(name, "the minute's first tick also reads disk activity and the GPU",
+            rec->requests[0].first == (menuBar | MetricKinds::diskIO | MetricKinds::gpu),
+            kindsText(rec->requests[0].first));
+    r.check(name, "later ticks in that minute do not",
+            !sameMinute || rec->requests[1].first == menuBar, kindsText(rec->requests[1].first));
+    r.check(name, "the published sample keeps the tier's kinds",
+            store.latestKinds() == menuBar && !store.latest().gpu && !store.latest().disks.readBps);
+    const auto now = std::chrono::system_clock::now();
+    const auto reads = store.dayHistory().minutes(HistorySeries::diskReadBps, now, 2);
+    const auto gpu = store.dayHistory().minutes(HistorySeries::gpuUtilization, now, 2);
+    r.check(name, "the day holds the disk and GPU minute",
+            (reads[0] || reads[1]) && (gpu[0] || gpu[1]));
+    r.check(name, "the recent ring does not",
+            store.history().points(HistorySeries::diskReadBps).empty() &&
+                store.history().points(HistorySeries::gpuUtilization).empty());
+}
+
 }  // namespace
 
 int MetricsTimeline::run(const std::string& scenario, const cli::LaunchOptions&) {
@@ -260,7 +297,8 @@ int MetricsTimeline::run(const std::string& scenario, const cli::LaunchOptions&)
                                                                               {"history", history},
                                                                               {"overlap", overlap},
                                                                               {"upgrade", upgrade},
-                                                                              {"absent", absent}};
+                                                                              {"absent", absent},
+                                                                              {"day", day}};
     Report report;
     bool known = scenario == "all";
     for (const auto& [n, fn] : scenarios) {

@@ -4,6 +4,9 @@
 #include "panel/CardGeometry.h"
 #include "panel/HeaderContent.h"
 #include "panel/PanelTabs.h"
+#include "layout/LayoutOps.h"
+#include "layout/OverviewLayoutResolver.h"
+#include "panel/OverviewEditing.h"
 
 namespace trotlet::panel {
 namespace {
@@ -141,6 +144,32 @@ TEST(CardGeometry, PartsStayInsideAndApartForEverySizeAndFont) {
                         EXPECT_FALSE(overlap(boxes[i], boxes[j])) << i << " " << j;
                 EXPECT_LE(g.factRows * g.factColumns, std::max<std::size_t>(parts.facts, 1) + 1);
             }
+}
+
+}  // namespace
+}  // namespace trotlet::panel
+
+namespace trotlet::panel {
+namespace {
+
+TEST(OverviewEditing, TheTrayOffersHiddenCardsAndSizesStepWithinTheKind) {
+    const auto& registry = layout::OverviewCardRegistry::standard();
+    auto layout = layout::OverviewLayoutResolver::defaultLayout(registry);
+    layout = layout::LayoutOps::settingHidden("gpu", true, layout);
+    const auto tray = hiddenTray(layout, registry);
+    ASSERT_EQ(tray.size(), 2u) << "gpu, and weather hidden by default";
+    EXPECT_EQ(tray[0].id, "gpu");
+    EXPECT_EQ(tray[0].caption, "GPU load");
+    EXPECT_EQ(tray[0].accessibleName, "Add the GPU card");
+    EXPECT_EQ(tray[1].id, "weather");
+
+    const auto& gpu = *registry.kind("gpu");  // small, medium
+    EXPECT_EQ(steppedSize(gpu, layout::CardSize::small, 1), layout::CardSize::medium);
+    EXPECT_EQ(steppedSize(gpu, layout::CardSize::medium, 1), std::nullopt);
+    EXPECT_EQ(steppedSize(gpu, layout::CardSize::small, -1), std::nullopt);
+    EXPECT_EQ(steppedSize(gpu, layout::CardSize::wide, 1), std::nullopt) << "not a size it has";
+    EXPECT_EQ(editDescription(gpu, layout::CardSize::small),
+              "Small. Alt and an arrow key move it, plus and minus resize it, Delete hides it.");
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 
+#include "layout/LayoutEditSession.h"
 #include "layout/OverviewCardRegistry.h"
 #include "panel/CardGeometry.h"
 #include "ui/cards/Sparkline.h"
@@ -50,6 +51,37 @@ CardView::CardView(const std::string& id, layout::CardSize size, const PanelMode
     refresh();
 }
 
+void CardView::setEditing(bool editing) {
+    if (editing == editing_) return;
+    editing_ = editing;
+    setCursor(editing ? Qt::OpenHandCursor : Qt::ArrowCursor);
+    update();
+}
+
+void CardView::setSize(layout::CardSize size) {
+    if (size == size_) return;
+    size_ = size;
+    refresh();
+    update();
+}
+
+void CardView::setLifted(bool lifted) {
+    if (lifted == lifted_) return;
+    lifted_ = lifted;
+    setCursor(lifted ? Qt::ClosedHandCursor : editing_ ? Qt::OpenHandCursor : Qt::ArrowCursor);
+    update();
+}
+
+QRectF CardView::hideButtonRect() const {
+    const qreal side = Metrics::editBadge;
+    return QRectF(width() - side - 5, 5, side, side);
+}
+
+QRectF CardView::gripRect() const {
+    const qreal side = layout::LayoutEditSession::gripSize;
+    return QRectF(width() - side, height() - side, side, side);
+}
+
 void CardView::setHighlighted(bool highlighted) {
     if (highlighted_ == highlighted) return;
     highlighted_ = highlighted;
@@ -76,7 +108,7 @@ bool CardView::refresh() {
     const std::size_t version = chartVersion();
     const bool chartChanged = version != chartVersion_;
     chartVersion_ = version;
-    if (textChanged) {
+    if (textChanged && !editing_) {
         setAccessibleName(qs(content_.accessibleName));
         setAccessibleDescription(qs(content_.accessibleValue));
         setToolTip(content_.standIn ? qs(*content_.standIn) : QString());
@@ -99,8 +131,19 @@ void CardView::paintEvent(QPaintEvent*) {
     p.setRenderHint(QPainter::Antialiasing);
 
     const QRectF frame = QRectF(rect()).adjusted(1, 1, -1, -1);
-    p.setPen(QPen(pal.border, 1));
-    p.setBrush(hovered_ ? pal.surfaceHover : pal.surface);
+    if (lifted_) {
+        // A soft shadow under the card the pointer carries.
+        for (int i = 3; i >= 1; --i) {
+            QColor shade = pal.text;
+            shade.setAlphaF(0.035 * (4 - i));
+            p.setPen(Qt::NoPen);
+            p.setBrush(shade);
+            p.drawRoundedRect(frame.adjusted(-i + 1, -i + 2, i - 1, i), Metrics::cardRadius + i,
+                              Metrics::cardRadius + i);
+        }
+    }
+    p.setPen(QPen(editing_ && !lifted_ ? pal.separator : pal.border, 1));
+    p.setBrush(hovered_ || lifted_ ? pal.surfaceHover : pal.surface);
     p.drawRoundedRect(frame, Metrics::cardRadius, Metrics::cardRadius);
 
     const auto* kind = layout::OverviewCardRegistry::standard().kind(id_);
@@ -136,7 +179,16 @@ void CardView::paintEvent(QPaintEvent*) {
         paintReadings(p, ctx);
     }
 
-    if (showsFocusRing() || highlighted_) {
+    if (editing_) {
+        // The hide button on a disc of the card's own colour, so it reads over any content.
+        const QRectF badge = hideButtonRect();
+        p.setPen(Qt::NoPen);
+        p.setBrush(hovered_ || lifted_ ? pal.surfaceHover : pal.surface);
+        p.drawEllipse(badge.adjusted(-2, -2, 2, 2));
+        Icons::paint(p, badge, "minus.circle.fill", pal.textSecondary);
+        Icons::paint(p, gripRect().adjusted(1, 1, -3, -3), "resize.grip", pal.textTertiary);
+    }
+    if (showsFocusRing() || highlighted_ || (editing_ && hasFocus())) {
         p.setPen(QPen(pal.focusRing, Metrics::focusWidth));
         p.setBrush(Qt::NoBrush);
         p.drawRoundedRect(frame.adjusted(1, 1, -1, -1), Metrics::cardRadius - 1,
@@ -240,10 +292,15 @@ void CardView::paintReadings(QPainter& p, const CardPaintContext& ctx) {
 }
 
 void CardView::mouseReleaseEvent(QMouseEvent* event) {
+    if (editing_) return;
     if (rect().contains(event->position().toPoint())) emit activated(id_);
 }
 
 void CardView::keyPressEvent(QKeyEvent* event) {
+    if (editing_) {
+        QWidget::keyPressEvent(event);
+        return;
+    }
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter ||
         event->key() == Qt::Key_Space) {
         emit activated(id_);

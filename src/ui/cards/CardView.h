@@ -26,6 +26,18 @@ public:
     // Reads the model again; repaints only on a change. Returns whether it repainted.
     bool refresh();
     int repaintCount() const { return repaints_; }
+    // Edit mode: the card shows its hide button and resize grip, and a click or Enter no
+    // longer opens it. A lifted card (being dragged) floats above the others.
+    void setEditing(bool editing);
+    // A new size (edit mode resized it): the content is described again for it.
+    void setSize(layout::CardSize size);
+    bool editing() const { return editing_; }
+    void setLifted(bool lifted);
+    QRectF hideButtonRect() const;
+    QRectF gripRect() const;
+
+    // Whether it has the focus and got it from the keyboard (its ring shows).
+    bool showsFocusRing() const { return hasFocus() && keyboardFocus_; }
 
 signals:
     void activated(const std::string& id);
@@ -38,7 +50,6 @@ protected:
     void leaveEvent(QEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
-    bool showsFocusRing() const { return hasFocus() && keyboardFocus_; }
 
 private:
     void paintReadings(QPainter& p, const struct CardPaintContext& ctx);
@@ -54,6 +65,8 @@ private:
     bool highlighted_ = false;
     int repaints_ = 0;
     bool keyboardFocus_ = false;
+    bool editing_ = false;
+    bool lifted_ = false;
 };
 
 }  // namespace trotlet::ui

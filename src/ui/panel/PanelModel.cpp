@@ -69,6 +69,31 @@ void PanelModel::setWeather(std::optional<panel::WeatherSummary> weather,
     emit weatherChanged();
 }
 
+void PanelModel::setWeatherDetail(panel::WeatherDetailInputs detail) {
+    weatherDetail_ = std::move(detail);
+    emit weatherChanged();
+}
+
+void PanelModel::setPublicAddress(panel::PublicAddressState state) {
+    if (state == publicAddress_) return;
+    publicAddress_ = std::move(state);
+    emit publicAddressChanged();
+}
+
+panel::DetailInputs PanelModel::detailInputs() const {
+    panel::DetailInputs in;
+    in.card = cardInputs();
+    in.now = std::chrono::duration_cast<std::chrono::seconds>(now().time_since_epoch()).count();
+    in.weather = weatherDetail_;
+    in.publicAddress = publicAddress_;
+    return in;
+}
+
+panel::ChartUnits PanelModel::chartUnits() const {
+    return {settings_.monitoring().temperatureUnit(), settings_.monitoring().networkUnit(),
+            localOffsetSeconds()};
+}
+
 void PanelModel::setPaw(std::optional<panel::PawSummary> paw) {
     if (paw == paw_) return;
     paw_ = std::move(paw);

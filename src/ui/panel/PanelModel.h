@@ -12,6 +12,8 @@
 #include "metrics/MetricHistory.h"
 #include "metrics/MetricsSnapshot.h"
 #include "panel/CardContent.h"
+#include "panel/ChartData.h"
+#include "panel/DetailContent.h"
 #include "panel/PanelRoute.h"
 #include "updates/PanelNotice.h"
 #include "weather/WeatherReport.h"
@@ -21,6 +23,9 @@ class AppSettings;
 }
 namespace trotlet::layout {
 class LayoutStore;
+}
+namespace trotlet::metrics {
+class DayHistory;
 }
 
 namespace trotlet::ui {
@@ -78,6 +83,23 @@ public:
     // The notice under the header: install for this user, a newer version, What's new.
     const std::optional<updates::PanelNotice>& notice() const { return notice_; }
     void setNotice(std::optional<updates::PanelNotice> notice);
+    // The day's per-minute history, when the app keeps one (charts then offer 1 h and 24 h).
+    const metrics::DayHistory* dayHistory() const { return day_; }
+    void setDayHistory(const metrics::DayHistory* day) { day_ = day; }
+
+    // What the weather detail shows: the whole forecast and the store's state.
+    const panel::WeatherDetailInputs& weatherDetail() const { return weatherDetail_; }
+    void setWeatherDetail(panel::WeatherDetailInputs detail);
+    // The public address, looked up only when the user asks (publicAddressRequested).
+    const panel::PublicAddressState& publicAddress() const { return publicAddress_; }
+    void setPublicAddress(panel::PublicAddressState state);
+    // The range the detail charts show; kept while the panel lives, so the next detail opens on it.
+    panel::ChartRange chartRange() const { return chartRange_; }
+    void setChartRange(panel::ChartRange range) { chartRange_ = range; }
+    // The user's units and zone, for chart ticks and read-outs.
+    panel::ChartUnits chartUnits() const;
+    // What every detail screen reads.
+    panel::DetailInputs detailInputs() const;
 
     metrics::Timestamp now() const;
     void setClock(Clock clock) { clock_ = std::move(clock); }
@@ -94,6 +116,7 @@ signals:
     void walletChanged();
     void weatherChanged();
     void pawChanged();
+    // The layout store changed: an edit, a reset, the settings' hidden cards.
     void layoutChanged();
     void noticeChanged();
     // The user's actions, for the live app to carry out.
@@ -101,6 +124,8 @@ signals:
     void detailRequested(trotlet::panel::MetricDetail detail);
     // A button of the notice: the main one, or the quiet one ("Not now", "Later").
     void noticeActionRequested(trotlet::updates::PanelNotice::Kind kind, bool primary);
+    void publicAddressChanged();
+    void publicAddressRequested();
 
 private:
     settings::AppSettings& settings_;
@@ -119,6 +144,10 @@ private:
     std::optional<panel::PawSummary> paw_;
     std::optional<updates::PanelNotice> notice_;
     std::optional<std::string> firstName_;
+    const metrics::DayHistory* day_ = nullptr;
+    panel::WeatherDetailInputs weatherDetail_;
+    panel::PublicAddressState publicAddress_;
+    panel::ChartRange chartRange_ = panel::ChartRange::live;
     Clock clock_;
     int layoutObserver_ = -1;
     int monitoringObserver_ = -1;

@@ -108,9 +108,9 @@ PanelWindow::PanelWindow(PanelModel& model, ThemeStore& theme, QWidget* parent)
     connect(tabs_, &TabBar::tabChosen, this, &PanelWindow::showTab);
     connect(&model_, &PanelModel::noticeChanged, this, placeNotice);
     connect(overview_, &OverviewView::cardActivated, this, &PanelWindow::cardActivated);
-    connect(&model_, &PanelModel::layoutChanged, this, [this, holder] {
+    connect(overview_, &OverviewView::heightChanged, this, [this, holder] {
         holder->setFixedHeight(overview_->height());
-        fitToContent();
+        if (stack_->currentWidget() == scroll_) fitToContent();
     });
     indicator_ = new ScrollIndicator(*scroll_, theme_);
     connect(&theme_, &ThemeStore::changed, this, &PanelWindow::applyTheme);
@@ -187,6 +187,7 @@ void PanelWindow::pushDetail(QWidget* view) {
     stack_->addWidget(view);
     stack_->setCurrentWidget(view);
     view->setFocus(Qt::OtherFocusReason);
+    fitToContent();
 }
 
 bool PanelWindow::popDetail() {
@@ -196,6 +197,7 @@ bool PanelWindow::popDetail() {
     stack_->removeWidget(detail_);
     detail_->deleteLater();
     detail_ = nullptr;
+    fitToContent();
     return true;
 }
 

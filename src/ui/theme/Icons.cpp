@@ -499,6 +499,40 @@ const std::array<Entry, 39>& table() {
     return entries;
 }
 
+// Controls of the detail screens and of edit mode.
+void circleSign(QPainter& p, const QColor& c, bool plus) {
+    p.setPen(Qt::NoPen);
+    p.setBrush(c);
+    QPainterPath disc;
+    disc.addEllipse(QPointF(12, 12), 9.5, 9.5);
+    QPainterPathStroker stroker;
+    stroker.setWidth(2.2);
+    stroker.setCapStyle(Qt::RoundCap);
+    QPainterPath mark;
+    mark.moveTo(7.5, 12);
+    mark.lineTo(16.5, 12);
+    if (plus) {
+        mark.moveTo(12, 7.5);
+        mark.lineTo(12, 16.5);
+    }
+    p.drawPath(disc.subtracted(stroker.createStroke(mark)));
+}
+
+void resizeGrip(QPainter& p, const QColor& c) {
+    p.setPen(stroke(c, 2));
+    p.drawLine(QPointF(20, 9), QPointF(9, 20));
+    p.drawLine(QPointF(20, 14.5), QPointF(14.5, 20));
+}
+
+const std::array<Entry, 3>& editSymbols() {
+    static const std::array<Entry, 3> entries{{
+        {"plus.circle.fill", [](QPainter& p, const QColor& c) { circleSign(p, c, true); }},
+        {"minus.circle.fill", [](QPainter& p, const QColor& c) { circleSign(p, c, false); }},
+        {"resize.grip", resizeGrip},
+    }};
+    return entries;
+}
+
 const Drawer* find(std::string_view name) {
     for (const auto& e : table())
         if (e.name == name) return &e.draw;
@@ -506,6 +540,8 @@ const Drawer* find(std::string_view name) {
     for (const auto& e : controlSymbols())
         if (e.name == name) return &e.draw;
     if (const Drawer* own = icons::settingsIcon(name)) return own;
+    for (const auto& e : editSymbols())
+        if (e.name == name) return &e.draw;
     // The night variant of a rain cloud draws like the day's, with the moon for the sun.
     if (name == "cloud.moon.rain.fill") {
         static const Drawer night = [](QPainter& p, const QColor& c) {

@@ -96,6 +96,18 @@ struct Metrics {
     static constexpr int sectionIcon = 28;
     static constexpr int suggestionHeight = 44;
     static constexpr int trayBarHeight = 28;
+    // Detail screens and edit mode.
+    static constexpr int topBarHeight = 34;  // a detail's back button and title
+    static constexpr int detailRowHeight = 24;  // a label and its value
+    static constexpr int sectionGap = 18;    // between a detail's blocks
+    static constexpr int chartHeight = 112;
+    static constexpr int stripHeight = 10;   // a strip of levels under a chart
+    static constexpr int meterHeight = 6;    // a bar's track
+    static constexpr int compactButtonHeight = 22;
+    static constexpr int controlRadius = 8;
+    static constexpr int editBadge = 20;     // a card's hide button in edit mode
+    static constexpr int trayTile = 64;      // a hidden card's tile in the tray
+    static constexpr int moveMs = 180;       // cards gliding to new places (0 under reduce motion)
 };
 
 // The type scale, derived from the desktop's font so that text follows its size.
