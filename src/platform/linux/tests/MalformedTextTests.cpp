@@ -2,6 +2,7 @@
 // passed on as a number the app would show or convert.
 #include <gtest/gtest.h>
 
+#include "platform/linux/BatteryReader.h"
 #include "platform/linux/CpuReader.h"
 #include "platform/linux/MemoryReader.h"
 #include "platform/linux/NetworkReader.h"
@@ -27,4 +28,19 @@ TEST(MalformedText, NonFiniteAndOutOfRangeNumbersAreAbsent) {
     ASSERT_TRUE(w);
     EXPECT_EQ(w->qualityPercent, 100);
     EXPECT_EQ(w->rssiDbm, -50);
+}
+
+TEST(MalformedText, BatteryReadingsBeyondWhatABatteryReportsAreAbsent) {
+    PowerSupplyReading battery;
+    battery.type = "Battery";
+    battery.status = "Discharging";
+    battery.capacityPct = 1e300;
+    battery.cycles = 31218744073709551616.0;
+    battery.timeToEmptySec = 1e300;
+    trotlet::metrics::BatteryMetrics out;
+    combinePowerSupplies({battery}, out);
+    ASSERT_TRUE(out.present);
+    EXPECT_EQ(out.percent, 100);
+    EXPECT_FALSE(out.cycles);
+    EXPECT_FALSE(out.timeRemainingMin);
 }
