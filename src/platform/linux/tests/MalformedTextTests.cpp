@@ -8,6 +8,7 @@
 #include "platform/linux/NetworkReader.h"
 #include "platform/linux/SystemReader.h"
 #include "platform/linux/TextScan.h"
+#include "platform/linux/VolumeReader.h"
 
 using namespace trotlet::platform;
 
@@ -43,4 +44,13 @@ TEST(MalformedText, BatteryReadingsBeyondWhatABatteryReportsAreAbsent) {
     EXPECT_EQ(out.percent, 100);
     EXPECT_FALSE(out.cycles);
     EXPECT_FALSE(out.timeRemainingMin);
+}
+
+TEST(MalformedText, SpaceBeyond64BitsIsNoReading) {
+    EXPECT_FALSE(spaceFromBlocks(1ull << 62, 1, 4096)) << "a FUSE file system's claim";
+    EXPECT_FALSE(spaceFromBlocks(1, UINT64_MAX, 1));
+    const auto space = spaceFromBlocks(1000, 250, 4096);
+    ASSERT_TRUE(space);
+    EXPECT_EQ(space->totalBytes, 4096000);
+    EXPECT_EQ(space->availableBytes, 1024000);
 }
