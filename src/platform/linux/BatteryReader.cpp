@@ -82,6 +82,25 @@ PowerSupplyReading readPowerSupply(const std::string& dir, const std::string& na
     return r;
 }
 
+namespace {
+
+// A reading as a whole number when it is one a battery or charger can report: finite and
+// within 0...limit. Sysfs values beyond that are a driver's garbage, and rounding them would
+// overflow into a negative number.
+std::optional<std::int64_t> plausibleWhole(double value, double limit) {
+    if (!std::isfinite(value) || value < 0 || value > limit) return std::nullopt;
+    return std::llround(value);
+}
+
+constexpr double kMinutesLimit = 1e7;  // some 19 years
+
+std::optional<double> finiteOrNone(double value) {
+    if (!std::isfinite(value)) return std::nullopt;
+    return value;
+}
+
+}  // namespace
+
 void combinePowerSupplies(const std::vector<PowerSupplyReading>& supplies,
                           metrics::BatteryMetrics& out) {
     const bool lowPower = out.lowPowerMode;
@@ -139,16 +158,17 @@ void combinePowerSupplies(const std::vector<PowerSupplyReading>& supplies,
     else if (haveEnergy) percent = 100 * now / full;
     // A battery that tells neither its capacity nor its energy is there but unreadable: the
     // group stays absent rather than showing an invented level.
-    if (!percent) return;
+    if (!percent || std::isnan(*percent)) return;
 
     out.present = true;
-    out.percent = std::clamp<std::int64_t>(std::llround(*percent), 0, 100);
+    out.percent = std::llround(std::clamp(*percent, 0.0, 100.0));
     out.charging = charging;
     out.pluggedIn = anyAdapterOnline || charging || allFull ||
                     (!discharging && std::any_of(batteries.begin(), batteries.end(), [](auto* b) {
                          return b->status && *b->status == "Not charging";
                      }));
     out.fullyCharged = allFull || (out.pluggedIn && !charging && out.percent >= 100);
+    if (havePower && !std::isfinite(power)) havePower = false;
     if (havePower && power > 0) {
         out.watts = discharging ? -power : (charging ? power : 0.0);
         if (discharging && !anyAdapterOnline) out.systemWatts = power;
@@ -156,19 +176,24 @@ void combinePowerSupplies(const std::vector<PowerSupplyReading>& supplies,
         out.watts = 0.0;
     }
     if (discharging) {
-        if (tte) out.timeRemainingMin = std::llround(*tte / 60);
-        else if (haveEnergy && havePower && power > 0.05) out.timeRemainingMin = std::llround(now / power * 60);
-    } else if (charging) {
-        if (ttf) out.timeRemainingMin = std::llround(*ttf / 60);
+        if (tte)
+            out.timeRemainingMin = plausibleWhole(*tte / 60, kMinutesLimit);
         else if (haveEnergy && havePower && power > 0.05)
-            out.timeRemainingMin = std::llround(std::max(0.0, full - now) / power * 60);
+            out.timeRemainingMin = plausibleWhole(now / power * 60, kMinutesLimit);
+    } else if (charging) {
+        if (ttf)
+            out.timeRemainingMin = plausibleWhole(*ttf / 60, kMinutesLimit);
+        else if (haveEnergy && havePower && power > 0.05)
+            out.timeRemainingMin =
+                plausibleWhole(std::max(0.0, full - now) / power * 60, kMinutesLimit);
     }
-    if (haveEnergy && haveDesign && design > 0) out.healthPct = std::round(1000 * full / design) / 10;
-    if (cycles) out.cycles = std::llround(*cycles);
+    if (haveEnergy && haveDesign && design > 0)
+        out.healthPct = finiteOrNone(std::round(1000 * full / design) / 10);
+    if (cycles) out.cycles = plausibleWhole(*cycles, 1e9);
     out.condition = health;
     out.temperatureC = temp;
     if (adapter) {
-        if (adapter->adapterMaxW) out.adapterWatts = std::llround(*adapter->adapterMaxW);
+        if (adapter->adapterMaxW) out.adapterWatts = plausibleWhole(*adapter->adapterMaxW, 1e6);
         out.adapterName = adapter->modelName ? *adapter->modelName : adapter->name;
     }
 }

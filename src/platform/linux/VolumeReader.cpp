@@ -117,9 +117,16 @@ bool isUserVolume(const MountEntry& e) {
 std::optional<SpaceReading> statvfsSpace(const std::string& path) {
     struct statvfs s {};
     if (::statvfs(path.c_str(), &s) != 0) return std::nullopt;
-    const auto unit = static_cast<std::int64_t>(s.f_frsize ? s.f_frsize : s.f_bsize);
-    return SpaceReading{static_cast<std::int64_t>(s.f_blocks) * unit,
-                        static_cast<std::int64_t>(s.f_bavail) * unit};
+    return spaceFromBlocks(s.f_blocks, s.f_bavail, s.f_frsize ? s.f_frsize : s.f_bsize);
+}
+
+std::optional<SpaceReading> spaceFromBlocks(std::uint64_t blocks, std::uint64_t available,
+                                            std::uint64_t unit) {
+    std::int64_t total = 0, free = 0;  // the builtins check the exact product against int64
+    if (__builtin_mul_overflow(blocks, unit, &total) ||
+        __builtin_mul_overflow(available, unit, &free))
+        return std::nullopt;
+    return SpaceReading{total, free};
 }
 
 struct VolumeReader::Shared {

@@ -44,6 +44,10 @@ struct SpaceReading {
 };
 using SpaceQuery = std::function<std::optional<SpaceReading>(const std::string& path)>;
 std::optional<SpaceReading> statvfsSpace(const std::string& path);
+// The space statvfs reports (counts of `unit`-byte blocks); absent when the byte counts do not
+// fit 64 bits, as a FUSE file system may claim.
+std::optional<SpaceReading> spaceFromBlocks(std::uint64_t blocks, std::uint64_t available,
+                                            std::uint64_t unit);
 
 // Mounted volumes and their space. statvfs runs on a worker thread, never on the caller's: a
 // hung network mount stalls only that worker, the caller keeps the volume's last good reading,

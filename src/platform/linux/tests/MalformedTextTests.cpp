@@ -2,11 +2,13 @@
 // passed on as a number the app would show or convert.
 #include <gtest/gtest.h>
 
+#include "platform/linux/BatteryReader.h"
 #include "platform/linux/CpuReader.h"
 #include "platform/linux/MemoryReader.h"
 #include "platform/linux/NetworkReader.h"
 #include "platform/linux/SystemReader.h"
 #include "platform/linux/TextScan.h"
+#include "platform/linux/VolumeReader.h"
 
 using namespace trotlet::platform;
 
@@ -27,4 +29,28 @@ TEST(MalformedText, NonFiniteAndOutOfRangeNumbersAreAbsent) {
     ASSERT_TRUE(w);
     EXPECT_EQ(w->qualityPercent, 100);
     EXPECT_EQ(w->rssiDbm, -50);
+}
+
+TEST(MalformedText, BatteryReadingsBeyondWhatABatteryReportsAreAbsent) {
+    PowerSupplyReading battery;
+    battery.type = "Battery";
+    battery.status = "Discharging";
+    battery.capacityPct = 1e300;
+    battery.cycles = 31218744073709551616.0;
+    battery.timeToEmptySec = 1e300;
+    trotlet::metrics::BatteryMetrics out;
+    combinePowerSupplies({battery}, out);
+    ASSERT_TRUE(out.present);
+    EXPECT_EQ(out.percent, 100);
+    EXPECT_FALSE(out.cycles);
+    EXPECT_FALSE(out.timeRemainingMin);
+}
+
+TEST(MalformedText, SpaceBeyond64BitsIsNoReading) {
+    EXPECT_FALSE(spaceFromBlocks(1ull << 62, 1, 4096)) << "a FUSE file system's claim";
+    EXPECT_FALSE(spaceFromBlocks(1, UINT64_MAX, 1));
+    const auto space = spaceFromBlocks(1000, 250, 4096);
+    ASSERT_TRUE(space);
+    EXPECT_EQ(space->totalBytes, 4096000);
+    EXPECT_EQ(space->availableBytes, 1024000);
 }
