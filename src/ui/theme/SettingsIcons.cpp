@@ -89,12 +89,6 @@ void chevronRight(QPainter& p, const QColor& c) {
     p.drawPolyline(QPolygonF({QPointF(9, 5), QPointF(16, 12), QPointF(9, 19)}));
 }
 
-void magnifier(QPainter& p, const QColor& c) {
-    p.setPen(stroke(c, 2.2));
-    p.setBrush(Qt::NoBrush);
-    p.drawEllipse(QPointF(10.5, 10.5), 6.2, 6.2);
-    p.drawLine(QPointF(15.2, 15.2), QPointF(20.5, 20.5));
-}
 
 void keyboard(QPainter& p, const QColor& c) {
     p.setPen(stroke(c, 1.8));
@@ -197,7 +191,6 @@ const std::array<Entry, 14>& table() {
         {"bell.fill", bell},
         {"info.circle.fill", info},
         {"chevron.right", chevronRight},
-        {"magnifyingglass", magnifier},
         {"keyboard", keyboard},
         {"arrow.counterclockwise", counterclockwise},
         {"folder.fill", folder},

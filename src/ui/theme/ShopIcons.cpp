@@ -150,18 +150,6 @@ void crown(QPainter& p, const QColor& c) {
     fill(p, c, body.simplified());
 }
 
-void eye(QPainter& p, const QColor& c) {
-    QPainterPath outline;
-    outline.moveTo(2.5, 12);
-    outline.cubicTo(6, 5.5, 18, 5.5, 21.5, 12);
-    outline.cubicTo(18, 18.5, 6, 18.5, 2.5, 12);
-    p.setPen(stroke(c, 2));
-    p.setBrush(Qt::NoBrush);
-    p.drawPath(outline);
-    p.setPen(Qt::NoPen);
-    p.setBrush(c);
-    p.drawEllipse(QPointF(12, 12), 3.4, 3.4);
-}
 
 void bag(QPainter& p, const QColor& c) {
     QPainterPath handle;
@@ -386,7 +374,6 @@ const std::vector<Entry>& table() {
          }},
         {"lock.fill", lock},
         {"crown.fill", crown},
-        {"eye", eye},
         {"bag.fill", bag},
         {"hand.wave.fill", wave},
         {"eyes", eyes},
