@@ -359,14 +359,19 @@ TEST_F(LiveAppOnPrivateBus, TickerReadingTravelsAsLabelAndToolTip) {
     EXPECT_GE(guide.size(), label.size())
         << "guide \"" << guide.toStdString() << "\", label \"" << label.toStdString() << "\"";
 
-    // The readings change with every sample; the width the host reserves does not.
+    // The label follows the readings; the width the host reserves does not move with them.
     const auto labels = [&] { return announcedLabels(); };
     // With the panel open the readings come at the chosen interval instead of every few seconds.
     const QDBusMessage reply = platform::testing::call(
         hostBus, itemOwner, kItemPath, kItemInterface, QStringLiteral("Activate"), {0, 0});
     ASSERT_EQ(reply.type(), QDBusMessage::ReplyMessage) << reply.errorMessage().toStdString();
+    ASSERT_TRUE(app.waitForLog(QStringLiteral("trotlet: sampling: panel tier, every 0.5 s")))
+        << app.log().toStdString();
+    // A new label comes only when the rounded reading changes: the mock's idle CPU drifts by
+    // under 1 % a second and stays on one whole percent for up to six seconds at the top and
+    // bottom of its swing, so two changes may take a dozen seconds.
     const qsizetype closedPanelLabels = labels().size();
-    ASSERT_TRUE(waitUntil([&] { return labels().size() >= closedPanelLabels + 3; }, kEventMs))
+    ASSERT_TRUE(waitUntil([&] { return labels().size() >= closedPanelLabels + 2; }, 2 * kEventMs))
         << "the ticker did not follow the readings: " << labels().size() << " labels\n"
         << app.log().toStdString();
     for (const auto& [text, guide] : labels()) {
