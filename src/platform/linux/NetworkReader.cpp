@@ -205,9 +205,16 @@ std::optional<WirelessLine> parseWireless(std::string_view text, std::string_vie
         // Drivers scale link quality to 70 (the wext maximum iwlwifi and most others report).
         if (quality && *quality > 0)
             w.qualityPercent = std::llround(std::min(100.0, *quality * 100 / 70));
-        // -256 and 0 are the drivers' "no reading" values.
-        if (level && *level < 0 && *level > -256) w.rssiDbm = std::llround(*level);
-        if (noise && *noise < 0 && *noise > -256) w.noiseDbm = std::llround(*noise);
+        // -256 and 0 are the drivers' "no reading" values; a level is judged once rounded, so
+        // "-0.05" is no reading rather than 0 dBm.
+        auto dbm = [](std::optional<double> v) -> std::optional<std::int64_t> {
+            if (!v || !(*v > -256.5 && *v < 0)) return std::nullopt;
+            const auto rounded = std::llround(*v);
+            if (rounded >= 0 || rounded <= -256) return std::nullopt;
+            return rounded;
+        };
+        w.rssiDbm = dbm(level);
+        w.noiseDbm = dbm(noise);
         return w;
     }
     return std::nullopt;
