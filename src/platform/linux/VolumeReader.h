@@ -57,11 +57,14 @@ std::optional<SpaceReading> spaceFromBlocks(std::uint64_t blocks, std::uint64_t 
 // error (another user's private mount) is left out.
 class VolumeReader {
 public:
-    explicit VolumeReader(
-        const std::string& root = "/", SpaceQuery query = statvfsSpace,
-        std::chrono::milliseconds timeout = std::chrono::milliseconds(300),
-        std::chrono::milliseconds refreshInterval = std::chrono::milliseconds(2000),
-        std::chrono::milliseconds firstWait = std::chrono::milliseconds(25));
+    static constexpr std::chrono::milliseconds defaultTimeout{300};
+    static constexpr std::chrono::milliseconds defaultRefreshInterval{2000};
+    static constexpr std::chrono::milliseconds defaultFirstWait{25};
+
+    explicit VolumeReader(const std::string& root = "/", SpaceQuery query = statvfsSpace,
+                          std::chrono::milliseconds timeout = defaultTimeout,
+                          std::chrono::milliseconds refreshInterval = defaultRefreshInterval,
+                          std::chrono::milliseconds firstWait = defaultFirstWait);
     ~VolumeReader();
     VolumeReader(const VolumeReader&) = delete;
     VolumeReader& operator=(const VolumeReader&) = delete;
