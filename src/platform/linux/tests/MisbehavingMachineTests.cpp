@@ -3,7 +3,11 @@
 // wait for a hung volume.
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
+#include <sched.h>
 #include <signal.h>
+#include <spawn.h>
+#include <sys/mount.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -11,9 +15,12 @@
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
+#include <cstring>
 #include <filesystem>
+#include <fstream>
 #include <functional>
 #include <mutex>
+#include <sstream>
 #include <thread>
 
 #include "metrics/MetricsJson.h"
@@ -22,11 +29,17 @@
 
 #include "TreeFixture.h"
 
+#if TROTLET_HAVE_FUSE3
+#include "HungFuseShare.h"
+#endif
+
 using namespace trotlet;
 using namespace trotlet::platform;
 using metrics::MetricKinds;
 using metrics::MetricsSnapshot;
 using namespace std::chrono;
+
+extern char** environ;
 
 namespace {
 
@@ -229,4 +242,94 @@ TEST(MisbehavingMachine, HungVolumeNeverHoldsUpAReadAndIsRetried) {
     }
     EXPECT_LT(slowest, double(bound.count())) << "a read waited for the hung share";
     std::cout << "[ figures  ] slowest read with a hung share: " << slowest << " ms\n";
+}
+
+// A real FUSE share whose statfs never answers, met through the whole provider. It is mounted
+// in a private mount namespace of a child copy of this binary: no other program on the machine
+// can come across it, and it goes with the child whatever happens to the test.
+TEST(MisbehavingMachine, RealHungShareNeverHoldsUpASample) {
+    const char* resultFile = std::getenv("TROTLET_HUNG_SHARE_RESULT");
+    if (!resultFile) {
+        const std::string result = std::filesystem::temp_directory_path() /
+                                   ("trotlet-hung-share-" + std::to_string(::getpid()));
+        ::setenv("TROTLET_HUNG_SHARE_RESULT", result.c_str(), 1);
+        std::string self = "/proc/self/exe";
+        std::string filter = "--gtest_filter=MisbehavingMachine.RealHungShareNeverHoldsUpASample";
+        char* argv[] = {self.data(), filter.data(), nullptr};
+        pid_t child = 0;
+        const int spawned = ::posix_spawn(&child, self.c_str(), nullptr, nullptr, argv, environ);
+        ::unsetenv("TROTLET_HUNG_SHARE_RESULT");
+        ASSERT_EQ(spawned, 0);
+        int status = 0;
+        for (const auto start = steady_clock::now(); ::waitpid(child, &status, WNOHANG) == 0;) {
+            if (steady_clock::now() - start > seconds(60)) ::kill(child, SIGKILL);  // and the share
+            std::this_thread::sleep_for(milliseconds(20));
+        }
+        std::stringstream text;
+        text << std::ifstream(result).rdbuf();
+        std::filesystem::remove(result);
+        ASSERT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "the child test failed";
+        if (text.str().rfind("skip: ", 0) == 0) GTEST_SKIP() << text.str().substr(6);
+        std::cout << text.str();
+        return;
+    }
+    std::ofstream result(resultFile);
+    auto skip = [&](const std::string& why) { result << "skip: " << why << std::flush; };
+#if !TROTLET_HAVE_FUSE3
+    return skip("built without libfuse3");
+#else
+    // Root may make a mount namespace; anyone else needs a user namespace first.
+    const uid_t uid = ::getuid();
+    const gid_t gid = ::getgid();
+    if (::unshare(CLONE_NEWNS) != 0) {
+        if (::unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0)
+            return skip(std::string("no private mount namespace: ") + std::strerror(errno));
+        std::ofstream("/proc/self/setgroups") << "deny";
+        std::ofstream("/proc/self/uid_map") << "0 " << uid << " 1";
+        std::ofstream("/proc/self/gid_map") << "0 " << gid << " 1";
+    }
+    if (::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0)
+        return skip(std::string("cannot make the mounts private: ") + std::strerror(errno));
+    CapturedTree tree("vm");
+    std::filesystem::create_directories(tree.path("mnt/share"));
+    tree.write("proc/self/mountinfo",
+               "1 0 8:1 / / rw,relatime shared:1 - ext4 /dev/sda1 rw\n"
+               "2 1 0:60 / /mnt/share rw,nosuid,nodev - fuse.sshfs nas:/export rw\n");
+    std::string error;
+    auto fuse = HungFuseShare::mount(tree.path("mnt/share"), error);
+    if (!fuse) return skip(error);
+
+    // As the app samples: the first sample includes the provider's baseline wait.
+    const LinuxMetricsProvider::Options options{tree.root()};
+    LinuxMetricsProvider provider(options);
+    MetricsSnapshot s;
+    double first = -1, later = 0;
+    auto sampleUntil = [&](const std::function<bool(const metrics::VolumeInfo*)>& done) {
+        for (const auto start = steady_clock::now(); steady_clock::now() - start < seconds(5);) {
+            const auto t = steady_clock::now();
+            s = provider.sample(MetricKinds::volumes, system_clock::now());
+            const double ms = millisecondsSince(t);
+            if (first < 0)
+                first = ms;
+            else
+                later = std::max(later, ms);
+            const auto share = std::find_if(s.disks.volumes.begin(), s.disks.volumes.end(),
+                                            [](auto& v) { return v.path == "/mnt/share"; });
+            if (done(share == s.disks.volumes.end() ? nullptr : &*share)) return true;
+            std::this_thread::sleep_for(milliseconds(100));
+        }
+        return false;
+    };
+    EXPECT_TRUE(sampleUntil([](auto share) { return share && !share->totalBytes; }))
+        << "the share is listed as unavailable, not as empty";
+    EXPECT_TRUE(s.disks.rootVolume() && s.disks.rootVolume()->totalBytes) << "the disk answers";
+    fuse->release();
+    EXPECT_TRUE(sampleUntil([](auto share) { return share && share->totalBytes == 4096 * 1000; }))
+        << "asked again once the share answers";
+    EXPECT_LT(first, options.baselineSec * 1000 + 200) << "the first sample waited for the share";
+    EXPECT_LT(later, 200) << "a sample waited for the hung share";
+    result << "[ figures  ] real hung FUSE share: first sample " << first << " ms (baseline "
+           << options.baselineSec * 1000 << " ms), slowest later sample " << later << " ms\n"
+           << std::flush;
+#endif
 }
