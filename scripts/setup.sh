@@ -19,6 +19,8 @@ packages=(
   procps
   # tests: local HTTP servers for the network clients
   python3
+  # tests: a FUSE share whose statfs never answers, for the volume reader's stall test
+  libfuse3-dev
 )
 if [ "${1:-}" = fuzz ]; then
   packages+=(clang-14 libclang-rt-14-dev)

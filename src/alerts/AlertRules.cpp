@@ -187,13 +187,13 @@ void AlertRules::ruleMemoryCritical(const metrics::MetricsSnapshot& s, Timestamp
 void AlertRules::ruleDiskAlmostFull(const metrics::MetricsSnapshot& s, Timestamp now,
                                     bool panelOpen, std::vector<Decision>& out) {
     const std::optional<metrics::VolumeInfo> root = s.disks.rootVolume();
-    if (!root || root->totalBytes <= 0) return;
-    const double freeGB = double(root->availableBytes) / 1e9;
+    if (!root || !root->hasSpace()) return;  // unknown space neither fires nor re-arms
+    const double freeGB = double(*root->availableBytes) / 1e9;
     const double threshold = preferences_.diskFreeThresholdGB;
     if (freeGB < threshold) {
         if (!preferences_.diskAlmostFull) return;
         append(out, fire(AlertKind::diskAlmostFull, texts::diskAlmostFullTitle(root->name),
-                         texts::diskAlmostFullBody(root->availableBytes), now, panelOpen, false));
+                         texts::diskAlmostFullBody(*root->availableBytes), now, panelOpen, false));
         return;
     }
     if (freeGB >= threshold + diskRearmMarginGB) arm(AlertKind::diskAlmostFull);

@@ -149,8 +149,8 @@ VolumeInfo decodeOrThrow<VolumeInfo>(const Json& j) {
     VolumeInfo v;
     v.name = getString(field(j, "name"), "name");
     v.path = getString(field(j, "path"), "path");
-    v.totalBytes = getInt(field(j, "totalBytes"), "totalBytes");
-    v.availableBytes = getInt(field(j, "availableBytes"), "availableBytes");
+    v.totalBytes = optionalOf(j, "totalBytes", getInt);
+    v.availableBytes = optionalOf(j, "availableBytes", getInt);
     v.isInternal = getBool(field(j, "isInternal"), "isInternal");
     v.isRemovable = getBool(field(j, "isRemovable"), "isRemovable");
     v.isRoot = getBool(field(j, "isRoot"), "isRoot");
@@ -377,8 +377,8 @@ Json encode(const VolumeInfo& v) {
     Json j = Json::object();
     j["name"] = v.name;
     j["path"] = v.path;
-    j["totalBytes"] = v.totalBytes;
-    j["availableBytes"] = v.availableBytes;
+    putOptional(j, "totalBytes", v.totalBytes);
+    putOptional(j, "availableBytes", v.availableBytes);
     j["isInternal"] = v.isInternal;
     j["isRemovable"] = v.isRemovable;
     j["isRoot"] = v.isRoot;

@@ -73,12 +73,17 @@ struct MemoryMetrics {
 struct VolumeInfo {
     std::string name;
     std::string path;  // the mount point; a volume's identity
-    std::int64_t totalBytes = 0;
-    std::int64_t availableBytes = 0;
+    // Absent while the volume has not answered (a hung network share): its space is unknown,
+    // not zero.
+    std::optional<std::int64_t> totalBytes;
+    std::optional<std::int64_t> availableBytes;
     bool isInternal = false;
     bool isRemovable = false;
     bool isRoot = false;
     bool isReadOnly = false;
+
+    // Both sizes are known and describe a volume that has room at all.
+    bool hasSpace() const { return totalBytes && availableBytes && *totalBytes > 0; }
 
     bool operator==(const VolumeInfo&) const = default;
 };

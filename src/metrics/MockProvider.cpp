@@ -206,8 +206,8 @@ MetricsSnapshot MockProvider::sample(MetricKinds kinds, Timestamp now) {
 
     if (o.diskFreePercent) {
         auto& root = s.disks.volumes[0];
-        root.availableBytes =
-            static_cast<std::int64_t>(double(root.totalBytes) * *o.diskFreePercent / 100);
+        root.availableBytes = static_cast<std::int64_t>(double(root.totalBytes.value_or(0)) *
+                                                        *o.diskFreePercent / 100);
     }
     s.disks.readBps = std::max(0.0, 4e5 + 3e5 * std::sin(t / 6) + 5e7 * burst);
     s.disks.writeBps = std::max(0.0, 1.5e5 + 1e5 * std::sin(t / 8));

@@ -182,17 +182,17 @@ void batteryCard(CardContent& c, const CardInputs& in) {
 void diskCard(CardContent& c, const CardInputs& in, const SizeRules& rules) {
     const auto& d = in.sample->disks;
     const auto root = d.rootVolume();
-    if (root && root->totalBytes > 0) {
-        headline(c, Format::bytesParts(double(root->availableBytes)));
-        const double used = 1.0 - double(root->availableBytes) / double(root->totalBytes);
-        c.gauge = used;
-        c.level = freeSpaceLevel(root->availableBytes, root->totalBytes);
-        c.caption = "free of " + Format::bytes(double(root->totalBytes));
+    if (root && root->hasSpace()) {
+        const auto total = *root->totalBytes, available = *root->availableBytes;
+        headline(c, Format::bytesParts(double(available)));
+        c.gauge = 1.0 - double(available) / double(total);
+        c.level = freeSpaceLevel(available, total);
+        c.caption = "free of " + Format::bytes(double(total));
     } else if (d.readBps) {
         headline(c, Format::rateParts(*d.readBps, false));
         c.caption = "Read";
     } else {
-        c.standIn = "No disks";
+        c.standIn = root ? diskSpaceUnavailableText() : "No disks";
         return;
     }
     if (d.readBps || d.writeBps)
@@ -201,9 +201,11 @@ void diskCard(CardContent& c, const CardInputs& in, const SizeRules& rules) {
     if (d.writeBps) c.facts.push_back({"Write", rate(*d.writeBps, menubar::NetworkUnit::bytes)});
     if (rules.bars)
         for (const auto& v : d.volumes) {
-            if (v.totalBytes <= 0) continue;
-            const double used = 1.0 - double(v.availableBytes) / double(v.totalBytes);
-            c.bars.push_back({v.name, used, freeSpaceLevel(v.availableBytes, v.totalBytes)});
+            // An empty bar would read as an empty disk; a volume that has not answered waits
+            // for its detail screen to say so.
+            if (!v.hasSpace()) continue;
+            const double used = 1.0 - double(*v.availableBytes) / double(*v.totalBytes);
+            c.bars.push_back({v.name, used, freeSpaceLevel(*v.availableBytes, *v.totalBytes)});
         }
 }
 

@@ -9,6 +9,7 @@ std::string machine() { return std::string(settings::machineNoun); }
 
 std::string noFansText() { return "This " + machine() + " has no fans."; }
 std::string fanSpeedsUnavailableText() { return "Fan speeds aren't available."; }
+std::string diskSpaceUnavailableText() { return "Disk space isn't available."; }
 std::string noTemperatureSensorsText() {
     return "Temperature sensors aren't available on this " + machine() + ".";
 }

@@ -8,6 +8,8 @@ namespace trotlet::panel {
 // the app's one word for it.
 std::string noFansText();
 std::string fanSpeedsUnavailableText();
+// A disk whose file system does not answer (a hung network share): its space is unknown.
+std::string diskSpaceUnavailableText();
 std::string noTemperatureSensorsText();
 std::string noGpuStatisticsText();
 std::string noBatteryText();

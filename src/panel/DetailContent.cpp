@@ -261,16 +261,18 @@ void networkDetail(DetailContent& c, const DetailInputs& in) {
 void diskDetail(DetailContent& c, const DetailInputs& in) {
     const auto& d = in.card.sample->disks;
     const auto root = d.rootVolume();
-    if (root && root->totalBytes > 0) {
-        headline(c, Format::bytesParts(double(root->availableBytes)));
-        c.caption = "free of " + Format::bytes(double(root->totalBytes)) + " on " + root->name;
-        c.level = freeSpaceLevel(root->availableBytes, root->totalBytes);
+    if (root && root->hasSpace()) {
+        headline(c, Format::bytesParts(double(*root->availableBytes)));
+        c.caption = "free of " + Format::bytes(double(*root->totalBytes)) + " on " + root->name;
+        c.level = freeSpaceLevel(*root->availableBytes, *root->totalBytes);
     } else if (d.volumes.empty() && !d.readBps) {
         c.standIn = noDisksText();
         return;
     } else if (d.readBps) {
         headline(c, Format::rateParts(*d.readBps, false));
         c.caption = "Read";
+    } else if (root) {
+        c.caption = diskSpaceUnavailableText();  // the system disk is there but does not answer
     }
     if (d.readBps || d.writeBps) {
         c.blocks.push_back(chartBlock("Read", HistorySeries::diskReadBps, 0));
@@ -282,14 +284,19 @@ void diskDetail(DetailContent& c, const DetailInputs& in) {
     for (const auto& v : d.volumes) {
         DetailBar bar;
         bar.label = v.name;
-        if (v.totalBytes > 0) {
-            bar.fraction =
-                std::clamp(1.0 - double(v.availableBytes) / double(v.totalBytes), 0.0, 1.0);
-            bar.value = Format::bytes(double(v.availableBytes)) + " free";
-            bar.level = freeSpaceLevel(v.availableBytes, v.totalBytes);
+        if (v.hasSpace()) {
+            const auto total = *v.totalBytes, available = *v.availableBytes;
+            bar.fraction = std::clamp(1.0 - double(available) / double(total), 0.0, 1.0);
+            bar.value = Format::bytes(double(available)) + " free";
+            bar.level = freeSpaceLevel(available, total);
+            bar.note = "of " + Format::bytes(double(total)) + " · " + v.path;
+        } else if (!v.totalBytes || !v.availableBytes) {
+            bar.value = volumeUnavailableText();
+            bar.note = volumeNotRespondingNote(v.path);
+        } else {
+            bar.note = "of " + Format::bytes(double(std::max<std::int64_t>(*v.totalBytes, 0))) +
+                       " · " + v.path;
         }
-        bar.note =
-            "of " + Format::bytes(double(std::max<std::int64_t>(v.totalBytes, 0))) + " · " + v.path;
         if (v.isRoot) bar.tags.push_back("System");
         bar.tags.push_back(v.isInternal ? "Internal" : "External");
         if (v.isRemovable) bar.tags.push_back("Removable");

@@ -16,6 +16,8 @@ std::string noMemoryPressureText() {
 }
 std::string noDisksText() { return "No disks"; }
 std::string noVolumesText() { return "No volumes are mounted."; }
+std::string volumeUnavailableText() { return "Unavailable"; }
+std::string volumeNotRespondingNote(const std::string& path) { return "Not responding · " + path; }
 std::string noForecastYetText() { return "Waiting for the forecast…"; }
 
 std::string publicAddressPrompt(const std::string& service) {

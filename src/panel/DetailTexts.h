@@ -12,6 +12,9 @@ std::string waitingForProcessesText();
 std::string noMemoryPressureText();
 std::string noDisksText();
 std::string noVolumesText();
+// A volume that has not answered: "Unavailable", and the line under it.
+std::string volumeUnavailableText();
+std::string volumeNotRespondingNote(const std::string& path);
 std::string noForecastYetText();
 // "Shows this computer's address on the internet. Asks api.ipify.org once."
 std::string publicAddressPrompt(const std::string& service);

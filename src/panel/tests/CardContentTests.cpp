@@ -65,6 +65,13 @@ TEST(CardContent, MissingReadingsShowTheirStandIns) {
          "Temperature sensors aren't available on this computer."},
         {"no place chosen", [](auto&) {}, "weather",
          "Choose a place in Settings to see the weather."},
+        {"system disk not answering",
+         [](auto& s) {
+             s.disks.readBps.reset();
+             s.disks.volumes[0].totalBytes.reset();
+             s.disks.volumes[0].availableBytes.reset();
+         },
+         "disk", "Disk space isn't available."},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);

@@ -211,14 +211,19 @@ TEST(DetailContent, VolumesCarryTheirFlags) {
     auto sample = fixture(MetricsFixture::normal);
     sample.disks.volumes.push_back(
         {"STICK", "/media/alice/STICK", 32'000'000'000, 1'000'000'000, false, true, false, true});
+    sample.disks.volumes.push_back({"nas", "/mnt/nas", std::nullopt, std::nullopt});
     const auto c = describeDetail(MetricDetail::disk, inputsFor(sample));
     const auto* volumes = c.block(Kind::bars, "Volumes");
     ASSERT_TRUE(volumes);
-    ASSERT_EQ(volumes->bars.size(), 3u);
+    ASSERT_EQ(volumes->bars.size(), 4u);
     EXPECT_EQ(volumes->bars[0].tags, (std::vector<std::string>{"System", "Internal"}));
     EXPECT_EQ(volumes->bars[2].tags,
               (std::vector<std::string>{"External", "Removable", "Read-only"}));
     EXPECT_EQ(volumes->bars[2].level, Level::critical) << "1 GB free";
+    const DetailBar& hung = volumes->bars[3];
+    EXPECT_EQ(hung.value, "Unavailable") << "a share whose space is unknown, not an empty one";
+    EXPECT_EQ(hung.note, "Not responding · /mnt/nas");
+    EXPECT_EQ(hung.fraction, 0);
 }
 
 TEST(DetailContent, ThePublicAddressIsOnlyEverShownAfterAsking) {

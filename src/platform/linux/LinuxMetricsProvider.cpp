@@ -94,7 +94,15 @@ void LinuxMetricsProvider::pass(MetricKinds kinds, double now, metrics::MetricsS
         diskIO_->read(s.disks, now);
     }
     if (kinds.contains(MetricKinds::volumes)) {
-        if (!volumes_) volumes_ = std::make_unique<VolumeReader>(root);
+        if (!volumes_) {
+            // The baseline wait gives the first round of statvfs calls time to answer, so the
+            // first read need not wait for it at all.
+            const auto firstWait = options_.baselineSec > 0 ? std::chrono::milliseconds(0)
+                                                            : VolumeReader::defaultFirstWait;
+            volumes_ =
+                std::make_unique<VolumeReader>(root, statvfsSpace, VolumeReader::defaultTimeout,
+                                               VolumeReader::defaultRefreshInterval, firstWait);
+        }
         volumes_->read(s.disks);
     }
     if (kinds.contains(MetricKinds::network)) {

@@ -181,8 +181,9 @@ void SensorReader::read(metrics::ThermalMetrics& out) {
         if (auto rpm = TextScan::parseDouble(trimmed(*text)); rpm && *rpm >= 0)
             out.fans.push_back({f.index, *rpm, f.minRpm, f.maxRpm});
     }
-    if (anyHwmonChip_) out.fanCount = static_cast<std::int64_t>(out.fans.size());
-    else out.fanCount.reset();
+    // The fans found, whether or not they answered this time: a fan whose file fails (EIO from
+    // a busy embedded controller) is a fan without a speed, not a machine without fans.
+    out.fanCount = anyHwmonChip_ ? std::optional<std::int64_t>(fans_.size()) : std::nullopt;
     if (!out.sensors.empty()) out.source = fromThermalZones_ ? "thermal_zone" : "hwmon";
     else out.source.reset();
     out.state = tracker_.update(cpuPackage ? cpuMax : std::nullopt, cpuLimit);

@@ -133,12 +133,17 @@ struct VolumeReader::Shared {
     std::mutex mutex;
     std::condition_variable done;
     SpaceQuery query;
-    std::map<std::string, SpaceReading> lastGood;
-    std::set<std::string> hung;
+    std::map<std::string, SpaceReading> lastGood;  // the latest answer, when it was a reading
+    std::set<std::string> refused;                 // the latest answer was an error
+    std::set<std::string> hung;                    // a call outlived the time-out, still out
     bool running = false;
     unsigned generation = 0;
     std::string current;
     std::chrono::steady_clock::time_point startedAt;
+
+    bool answered(const std::string& path) const {
+        return lastGood.count(path) || refused.count(path);
+    }
 };
 
 namespace {
@@ -152,9 +157,18 @@ void refresh(std::shared_ptr<VolumeReader::Shared> shared, std::vector<std::stri
         }
         auto reading = shared->query(path);
         std::lock_guard lock(shared->mutex);
-        shared->hung.erase(path);  // it answered after all
+        // A late answer is still the freshest one: it ends the hang, and the next round asks
+        // this mount again.
+        shared->hung.erase(path);
+        if (shared->current == path) shared->current.clear();  // no call is out for it now
+        if (reading) {
+            shared->lastGood[path] = *reading;
+            shared->refused.erase(path);
+        } else {
+            shared->lastGood.erase(path);
+            shared->refused.insert(path);
+        }
         if (shared->generation != generation) return;
-        if (reading) shared->lastGood[path] = *reading;
     }
     std::lock_guard lock(shared->mutex);
     if (shared->generation == generation) {
@@ -166,10 +180,15 @@ void refresh(std::shared_ptr<VolumeReader::Shared> shared, std::vector<std::stri
 
 }  // namespace
 
-VolumeReader::VolumeReader(const std::string& root, SpaceQuery query, std::chrono::milliseconds timeout,
-                           std::chrono::milliseconds refreshInterval)
-    : root_(root), mountInfo_(underRoot(root, "/proc/self/mountinfo")), timeout_(timeout),
+VolumeReader::VolumeReader(const std::string& root, SpaceQuery query,
+                           std::chrono::milliseconds timeout,
+                           std::chrono::milliseconds refreshInterval,
+                           std::chrono::milliseconds firstWait)
+    : root_(root),
+      mountInfo_(underRoot(root, "/proc/self/mountinfo")),
+      timeout_(timeout),
       refreshInterval_(refreshInterval),
+      firstWait_(std::min(firstWait, timeout)),
       shared_(std::make_shared<Shared>()) {
     shared_->query = std::move(query);
 }
@@ -225,44 +244,68 @@ void VolumeReader::read(metrics::DiskMetrics& out) {
 
     std::vector<std::string> paths;
     for (const auto& m : unique) paths.push_back(underRoot(root_, m.mountPoint));
-    std::vector<std::optional<SpaceReading>> readings;
+    enum class State { unknown, space, refused, hung };
+    std::vector<State> states(unique.size(), State::unknown);
+    std::vector<SpaceReading> readings(unique.size());
     {
         std::unique_lock lock(shared_->mutex);
         const auto now = std::chrono::steady_clock::now();
         if (shared_->running && now - shared_->startedAt > timeout_) {
-            // The worker is stuck in one call: leave it there and carry on without that mount.
-            if (!shared_->current.empty()) shared_->hung.insert(shared_->current);
+            // The worker is stuck in one call: leave it there and carry on without that mount,
+            // whose space is unknown from now on.
+            if (!shared_->current.empty()) {
+                shared_->hung.insert(shared_->current);
+                shared_->lastGood.erase(shared_->current);
+            }
             ++shared_->generation;
             shared_->running = false;
         }
-        // Space changes slowly; a fresh round of statvfs calls every refresh interval is plenty.
-        if (!shared_->running && (first_ || now - shared_->startedAt >= refreshInterval_)) {
+        // Space changes slowly; a fresh round of statvfs calls every refresh interval is plenty,
+        // but a mount that has never answered (new, or passed over by a round that hung) need
+        // not wait for it.
+        const bool anyNew = std::any_of(paths.begin(), paths.end(), [&](const std::string& p) {
+            return !shared_->answered(p) && !shared_->hung.count(p);
+        });
+        if (!shared_->running &&
+            (first_ || anyNew || now - shared_->startedAt >= refreshInterval_)) {
+            // Local disks first: a dead server then holds up only the shares after it.
             std::vector<std::string> todo;
-            for (const auto& p : paths)
-                if (!shared_->hung.count(p)) todo.push_back(p);
+            for (const bool network : {false, true})
+                for (size_t i = 0; i < unique.size(); ++i)
+                    if (isNetworkFs(unique[i].fsType) == network && !shared_->hung.count(paths[i]))
+                        todo.push_back(paths[i]);
             shared_->running = true;
             shared_->startedAt = now;
             std::thread(refresh, shared_, std::move(todo), shared_->generation).detach();
         }
         if (first_) {
-            shared_->done.wait_for(lock, timeout_, [&] { return !shared_->running; });
+            shared_->done.wait_until(lock, shared_->startedAt + firstWait_,
+                                     [&] { return !shared_->running; });
             first_ = false;
         }
-        readings.resize(unique.size());
         for (size_t i = 0; i < unique.size(); ++i) {
-            auto it = shared_->lastGood.find(paths[i]);
-            if (it != shared_->lastGood.end()) readings[i] = it->second;
+            if (auto it = shared_->lastGood.find(paths[i]); it != shared_->lastGood.end()) {
+                states[i] = State::space;
+                readings[i] = it->second;
+            } else if (shared_->hung.count(paths[i])) {
+                states[i] = State::hung;
+            } else if (shared_->refused.count(paths[i])) {
+                states[i] = State::refused;
+            }
         }
     }
     for (size_t i = 0; i < unique.size(); ++i) {
-        if (!readings[i]) continue;  // no reading yet: not listed
+        // Not answered yet (its first call is in flight) or answered with an error: not listed.
+        if (states[i] == State::unknown || states[i] == State::refused) continue;
         const auto& m = unique[i];
         const Known& k = describe(m);
         metrics::VolumeInfo v;
         v.path = m.mountPoint;
         v.name = k.label ? *k.label : (m.mountPoint == "/" ? std::string("Root") : lastComponent(m.mountPoint));
-        v.totalBytes = readings[i]->totalBytes;
-        v.availableBytes = readings[i]->availableBytes;
+        if (states[i] == State::space) {  // a hung mount's space stays absent
+            v.totalBytes = readings[i].totalBytes;
+            v.availableBytes = readings[i].availableBytes;
+        }
         v.isRemovable = k.removable;
         v.isInternal = !k.removable && !isNetworkFs(m.fsType);
         v.isRoot = m.mountPoint == "/";

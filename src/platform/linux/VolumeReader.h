@@ -50,20 +50,29 @@ std::optional<SpaceReading> spaceFromBlocks(std::uint64_t blocks, std::uint64_t 
                                             std::uint64_t unit);
 
 // Mounted volumes and their space. statvfs runs on a worker thread, never on the caller's: a
-// hung network mount stalls only that worker, the caller keeps the volume's last good reading,
-// and after `timeout` a fresh worker takes over the other mounts while the hung one is skipped
-// until its call returns.
+// hung network mount stalls only that worker, and the caller keeps the volume's last good
+// reading while its call is merely slow. A call that outlives `timeout` marks the mount hung: it
+// is listed without space (unavailable, never zero), a fresh worker takes over the other
+// mounts, and the hung one is asked again once its call returns. A mount that answers with an
+// error (another user's private mount) is left out.
 class VolumeReader {
 public:
+    static constexpr std::chrono::milliseconds defaultTimeout{300};
+    static constexpr std::chrono::milliseconds defaultRefreshInterval{2000};
+    static constexpr std::chrono::milliseconds defaultFirstWait{25};
+
     explicit VolumeReader(const std::string& root = "/", SpaceQuery query = statvfsSpace,
-                          std::chrono::milliseconds timeout = std::chrono::milliseconds(300),
-                          std::chrono::milliseconds refreshInterval = std::chrono::milliseconds(2000));
+                          std::chrono::milliseconds timeout = defaultTimeout,
+                          std::chrono::milliseconds refreshInterval = defaultRefreshInterval,
+                          std::chrono::milliseconds firstWait = defaultFirstWait);
     ~VolumeReader();
     VolumeReader(const VolumeReader&) = delete;
     VolumeReader& operator=(const VolumeReader&) = delete;
 
-    // The volumes with the space readings at hand. The first call waits up to the time-out for
-    // a first reading, so a one-shot dump shows sizes; later calls never wait.
+    // The volumes with the space readings at hand. Only the first call waits, and at most
+    // `firstWait` from the start of the first round: enough for healthy disks to answer, so a
+    // one-shot sample shows sizes, and short enough that a hung share never holds up a tick.
+    // A mount seen for the first time starts a round at once instead of at the next interval.
     void read(metrics::DiskMetrics& out);
 
     struct Shared;  // between the reader and its workers, which may outlive it
@@ -80,6 +89,7 @@ private:
     KeptFile mountInfo_;
     std::chrono::milliseconds timeout_;
     std::chrono::milliseconds refreshInterval_;
+    std::chrono::milliseconds firstWait_;
     std::shared_ptr<Shared> shared_;
     std::vector<Known> known_;
     bool first_ = true;
