@@ -1,7 +1,5 @@
 #include "settings/AppSettings.h"
 
-#include <functional>
-
 #include <gtest/gtest.h>
 
 #include "settings/SettingsKeys.h"
@@ -16,60 +14,6 @@ struct Session {
     std::shared_ptr<InMemorySettingsBacking> backing;
     AppSettings settings;
 };
-
-TEST(AppSettings, FreshUserReadsEveryDefault) {
-    Session s;
-    const AppSettings& a = s.settings;
-    EXPECT_FALSE(a.general().launchAtLogin());
-    EXPECT_EQ(a.general().appearance(), AppearancePreference::system);
-    EXPECT_TRUE(a.general().globalShortcutEnabled());
-    EXPECT_EQ(a.general().globalShortcutKeyCode(), 35);            // P
-    EXPECT_EQ(a.general().globalShortcutModifiers(), 256 + 2048);  // Command-Option
-    EXPECT_FALSE(a.general().checkInReminders());
-    EXPECT_FALSE(a.general().hasCompletedOnboarding());
-    EXPECT_FALSE(a.general().hasFinishedOnboardingOnce());
-
-    EXPECT_DOUBLE_EQ(a.monitoring().updateInterval(), 2.0);
-    EXPECT_EQ(a.monitoring().temperatureUnit(), TemperatureUnit::celsius);
-    EXPECT_EQ(a.monitoring().networkUnit(), NetworkUnit::bytes);
-    EXPECT_TRUE(a.monitoring().showPerCoreCPU());
-    EXPECT_TRUE(a.monitoring().hiddenCards().empty());
-    EXPECT_EQ(a.monitoring().processListSize(), 8);
-
-    EXPECT_TRUE(a.menuBar().showMascot());
-    EXPECT_EQ(a.menuBar().textMetric(), MenuBarTextMetric::none);
-    EXPECT_EQ(a.menuBar().textPosition(), MenuBarTextPosition::right);
-    EXPECT_EQ(a.menuBar().speedSource(), LoadSource::cpu);
-    EXPECT_DOUBLE_EQ(a.menuBar().speedSensitivity(), 0.75);
-    EXPECT_EQ(a.menuBar().maxFPS(), 24);
-    EXPECT_TRUE(a.menuBar().saveEnergy());
-    EXPECT_FALSE(a.menuBar().pauseAnimation());
-    EXPECT_FALSE(a.menuBar().animateWithReduceMotion());
-
-    EXPECT_TRUE(a.mascot().stateReactions());
-    EXPECT_TRUE(a.mascot().sleepWhenIdle());
-    EXPECT_TRUE(a.mascot().showMoodLine());
-    EXPECT_TRUE(a.mascot().goldenFish());
-
-    EXPECT_FALSE(a.notifications().highCPU());
-    EXPECT_DOUBLE_EQ(a.notifications().highCPUThreshold(), 0.9);
-    EXPECT_TRUE(a.notifications().highTemperature());
-    EXPECT_TRUE(a.notifications().batteryLow());
-    EXPECT_EQ(a.notifications().batteryLowThreshold(), 15);
-    EXPECT_FALSE(a.notifications().batteryFull());
-    EXPECT_TRUE(a.notifications().diskAlmostFull());
-    EXPECT_EQ(a.notifications().diskFreeThresholdGB(), 10);
-    EXPECT_TRUE(a.notifications().memoryCritical());
-    EXPECT_TRUE(a.notifications().achievementUnlocked());
-
-    EXPECT_FALSE(a.weather().encodedLocation());
-    EXPECT_TRUE(a.weather().showInHeader());
-    EXPECT_FALSE(a.weather().showInMenuBar());
-
-    EXPECT_FALSE(a.layout().overview());
-
-    EXPECT_EQ(s.backing->writeCount(), 0) << "reading the defaults writes nothing";
-}
 
 TEST(AppSettings, TemperatureDefaultFollowsTheMeasurementSystem) {
     EXPECT_EQ(Session({}, true).settings.monitoring().temperatureUnit(),
@@ -88,52 +32,6 @@ TEST(AppSettings, TemperatureDefaultFollowsTheMeasurementSystem) {
         TemperatureUnit::celsius);
 }
 
-// A stored value of the wrong type reads as the default and stays in the store untouched.
-TEST(AppSettings, WrongTypesReadAsTheDefaultAndAreNotRewritten) {
-    struct Case {
-        std::string key;
-        SettingValue stored;
-        std::function<bool(const AppSettings&)> readsDefault;
-    };
-    const std::vector<Case> cases = {
-        {keys::updateInterval, "5", [](auto& a) { return a.monitoring().updateInterval() == 2.0; }},
-        {keys::updateInterval, true,
-         [](auto& a) { return a.monitoring().updateInterval() == 2.0; }},
-        {keys::speedSensitivity, false,
-         [](auto& a) { return a.menuBar().speedSensitivity() == 0.75; }},
-        {keys::maxFPS, true, [](auto& a) { return a.menuBar().maxFPS() == 24; }},
-        {keys::maxFPS, 30.5, [](auto& a) { return a.menuBar().maxFPS() == 24; }},
-        {keys::maxFPS, 1e12, [](auto& a) { return a.menuBar().maxFPS() == 24; }},
-        {keys::maxFPS, "30", [](auto& a) { return a.menuBar().maxFPS() == 24; }},
-        {keys::showMascot, 0, [](auto& a) { return a.menuBar().showMascot(); }},
-        {keys::showMascot, "false", [](auto& a) { return a.menuBar().showMascot(); }},
-        {keys::highCPU, 1, [](auto& a) { return !a.notifications().highCPU(); }},
-        {keys::hiddenCards, "gpu", [](auto& a) { return a.monitoring().hiddenCards().empty(); }},
-        {keys::hiddenCards, SettingValue::array({"gpu", 3}),
-         [](auto& a) { return a.monitoring().hiddenCards().empty(); }},
-        {keys::textMetric, 2,
-         [](auto& a) { return a.menuBar().textMetric() == MenuBarTextMetric::none; }},
-        {keys::textPosition, true,
-         [](auto& a) { return a.menuBar().textPosition() == MenuBarTextPosition::right; }},
-        {keys::networkUnit, 1,
-         [](auto& a) { return a.monitoring().networkUnit() == NetworkUnit::bytes; }},
-        {keys::weatherLocation, 42, [](auto& a) { return !a.weather().encodedLocation(); }},
-        {keys::layoutOverview, 7, [](auto& a) { return !a.layout().overview(); }},
-        {keys::hasCompletedOnboarding, "yes",
-         [](auto& a) { return !a.general().hasCompletedOnboarding(); }},
-        {keys::globalShortcutKeyCode, "P",
-         [](auto& a) { return a.general().globalShortcutKeyCode() == 35; }},
-        {keys::batteryLowThreshold, SettingValue::object(),
-         [](auto& a) { return a.notifications().batteryLowThreshold() == 15; }},
-    };
-    for (const auto& c : cases) {
-        Session s(std::map<std::string, SettingValue>{{c.key, SettingValue(c.stored)}});
-        EXPECT_TRUE(c.readsDefault(s.settings)) << c.key << " = " << c.stored.dump();
-        EXPECT_EQ(s.backing->writeCount(), 0) << c.key;
-        EXPECT_EQ(s.backing->values().at(c.key), c.stored) << c.key;
-    }
-}
-
 TEST(AppSettings, NumbersCrossBetweenIntegerAndDouble) {
     Session s({{keys::updateInterval, 5},
                {keys::maxFPS, 30.0},
@@ -143,108 +41,6 @@ TEST(AppSettings, NumbersCrossBetweenIntegerAndDouble) {
     EXPECT_EQ(s.settings.menuBar().maxFPS(), 30);
     EXPECT_DOUBLE_EQ(s.settings.notifications().highCPUThreshold(), 1.0);
     EXPECT_EQ(s.settings.monitoring().processListSize(), 12);
-}
-
-TEST(AppSettings, UnknownEnumStringsFallBackAsTheTableSays) {
-    struct Case {
-        std::string key;
-        std::string stored;
-        std::function<bool(const AppSettings&)> check;
-    };
-    const std::vector<Case> cases = {
-        {keys::textMetric, "sparkles",
-         [](auto& a) { return a.menuBar().textMetric() == MenuBarTextMetric::none; }},
-        {keys::textMetric, "CPU",
-         [](auto& a) { return a.menuBar().textMetric() == MenuBarTextMetric::none; }},
-        {keys::textMetric, "cpuTemperature",
-         [](auto& a) { return a.menuBar().textMetric() == MenuBarTextMetric::cpuTemperature; }},
-        {keys::textPosition, "center",
-         [](auto& a) { return a.menuBar().textPosition() == MenuBarTextPosition::right; }},
-        {keys::textPosition, "left",
-         [](auto& a) { return a.menuBar().textPosition() == MenuBarTextPosition::left; }},
-        {keys::speedSource, "disk",
-         [](auto& a) { return a.menuBar().speedSource() == LoadSource::cpu; }},
-        {keys::speedSource, "busiest",
-         [](auto& a) { return a.menuBar().speedSource() == LoadSource::busiest; }},
-        {keys::networkUnit, "BITS",
-         [](auto& a) { return a.monitoring().networkUnit() == NetworkUnit::bytes; }},
-        {keys::networkUnit, "bits",
-         [](auto& a) { return a.monitoring().networkUnit() == NetworkUnit::bits; }},
-        {keys::appearance, "sepia",
-         [](auto& a) { return a.general().appearance() == AppearancePreference::system; }},
-        {keys::appearance, "dark",
-         [](auto& a) { return a.general().appearance() == AppearancePreference::dark; }},
-    };
-    for (const auto& c : cases) {
-        Session s(std::map<std::string, SettingValue>{{c.key, SettingValue(c.stored)}});
-        EXPECT_TRUE(c.check(s.settings)) << c.key << " = " << c.stored;
-    }
-}
-
-// Every setter writes its own key with the raw value, and a fresh read gives it back.
-TEST(AppSettings, ChangedValuesSurviveARead) {
-    struct Case {
-        std::string key;
-        SettingValue expected;
-        std::function<void(AppSettings&)> change;
-        std::function<bool(const AppSettings&)> check;
-    };
-    const std::vector<Case> cases = {
-        {keys::launchAtLogin, true, [](auto& a) { a.general().setLaunchAtLogin(true); },
-         [](auto& a) { return a.general().launchAtLogin(); }},
-        {keys::appearance, "light",
-         [](auto& a) { a.general().setAppearance(AppearancePreference::light); },
-         [](auto& a) { return a.general().appearance() == AppearancePreference::light; }},
-        {keys::globalShortcutModifiers, 4352,
-         [](auto& a) { a.general().setGlobalShortcutModifiers(4352); },
-         [](auto& a) { return a.general().globalShortcutModifiers() == 4352; }},
-        {keys::updateInterval, 0.5, [](auto& a) { a.monitoring().setUpdateInterval(0.5); },
-         [](auto& a) { return a.monitoring().updateInterval() == 0.5; }},
-        {keys::temperatureUnit, "fahrenheit",
-         [](auto& a) { a.monitoring().setTemperatureUnit(TemperatureUnit::fahrenheit); },
-         [](auto& a) { return a.monitoring().temperatureUnit() == TemperatureUnit::fahrenheit; }},
-        {keys::networkUnit, "bits",
-         [](auto& a) { a.monitoring().setNetworkUnit(NetworkUnit::bits); },
-         [](auto& a) { return a.monitoring().networkUnit() == NetworkUnit::bits; }},
-        {keys::hiddenCards, SettingValue::array({"gpu", "battery"}),
-         [](auto& a) {
-             a.monitoring().setHiddenCards({"gpu", "battery"});
-         },
-         [](auto& a) {
-             return a.monitoring().hiddenCards() == std::vector<std::string>{"gpu", "battery"};
-         }},
-        {keys::textMetric, "battery",
-         [](auto& a) { a.menuBar().setTextMetric(MenuBarTextMetric::battery); },
-         [](auto& a) { return a.menuBar().textMetric() == MenuBarTextMetric::battery; }},
-        {keys::speedSource, "network",
-         [](auto& a) { a.menuBar().setSpeedSource(LoadSource::network); },
-         [](auto& a) { return a.menuBar().speedSource() == LoadSource::network; }},
-        {keys::maxFPS, 60, [](auto& a) { a.menuBar().setMaxFPS(60); },
-         [](auto& a) { return a.menuBar().maxFPS() == 60; }},
-        {keys::goldenFish, false, [](auto& a) { a.mascot().setGoldenFish(false); },
-         [](auto& a) { return !a.mascot().goldenFish(); }},
-        {keys::diskFreeThresholdGB, 25,
-         [](auto& a) { a.notifications().setDiskFreeThresholdGB(25); },
-         [](auto& a) { return a.notifications().diskFreeThresholdGB() == 25; }},
-        {keys::highCPUThreshold, 1.5, [](auto& a) { a.notifications().setHighCPUThreshold(1.5); },
-         [](auto& a) { return a.notifications().highCPUThreshold() == 1.5; }},  // never clamped
-        {keys::weatherLocation, "{\"name\":\"Oslo\"}",
-         [](auto& a) { a.weather().setEncodedLocation("{\"name\":\"Oslo\"}"); },
-         [](auto& a) { return a.weather().encodedLocation() == "{\"name\":\"Oslo\"}"; }},
-        {keys::layoutOverview, "{\"version\":1,\"cards\":[]}",
-         [](auto& a) { a.layout().setOverview("{\"version\":1,\"cards\":[]}"); },
-         [](auto& a) { return a.layout().overview() == "{\"version\":1,\"cards\":[]}"; }},
-    };
-    for (const auto& c : cases) {
-        Session s;
-        c.change(s.settings);
-        ASSERT_TRUE(s.backing->values().count(c.key)) << c.key;
-        EXPECT_EQ(s.backing->values().at(c.key), c.expected) << c.key;
-        EXPECT_EQ(s.backing->values().at(c.key).type(), c.expected.type()) << c.key;
-        EXPECT_EQ(s.backing->writeCount(), 1) << c.key;
-        AppSettings reread(DefaultsStore(s.backing), false);
-        EXPECT_TRUE(c.check(reread)) << c.key;
-    }
 }
 
 TEST(AppSettings, ObserversHearOnlyRealChangesBeforeTheWrite) {
