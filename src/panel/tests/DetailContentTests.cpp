@@ -66,117 +66,66 @@ TEST(DetailContent, EveryDetailOverEveryFixtureKeepsItsPromises) {
     }
 }
 
-struct Case {
-    const char* name;
-    MetricsFixture fixture;
-    std::function<void(metrics::MetricsSnapshot&)> change;
-    MetricDetail detail;
-    std::optional<std::string> standIn;
-    std::vector<std::string> blocks;
-};
-
 TEST(DetailContent, EachKindShowsItsBlocksOrItsStandIn) {
-    const auto none = [](metrics::MetricsSnapshot&) {};
+    using F = MetricsFixture;
+    using D = MetricDetail;
+    using S = metrics::MetricsSnapshot;
+    struct Case {
+        const char* name;
+        struct {
+            MetricsFixture fixture;
+            MetricDetail detail;
+            std::function<void(S&)> change;
+        } in;
+        struct {
+            std::optional<std::string> standIn;
+            std::vector<std::string> blocks;
+        } want;
+    };
+    const auto no = std::nullopt;
     const std::vector<Case> cases = {
         {"cpu",
-         MetricsFixture::normal,
-         none,
-         MetricDetail::cpu,
-         std::nullopt,
-         {"Load", "Cores · 8", "Activity", "Top processes by CPU"}},
+         {F::normal, D::cpu},
+         {no, {"Load", "Cores · 8", "Activity", "Top processes by CPU"}}},
         {"hybrid cpu",
-         MetricsFixture::normal,
-         [](auto& s) {
-             s.cpu.efficiencyCoreIndices = {4, 5, 6, 7};
-         },
-         MetricDetail::cpu,
-         std::nullopt,
-         {"Load", "Performance cores · 4", "Efficiency cores · 4", "Activity",
-          "Top processes by CPU"}},
+         {F::normal, D::cpu,
+          [](S& s) {
+              s.cpu.efficiencyCoreIndices = {4, 5, 6, 7};
+          }},
+         {no,
+          {"Load", "Performance cores · 4", "Efficiency cores · 4", "Activity",
+           "Top processes by CPU"}}},
         {"memory",
-         MetricsFixture::normal,
-         none,
-         MetricDetail::memory,
-         std::nullopt,
-         {"Used", "Pressure", "Breakdown", "Top processes by memory"}},
+         {F::normal, D::memory},
+         {no, {"Used", "Pressure", "Breakdown", "Top processes by memory"}}},
         {"laptop network",
-         MetricsFixture::normal,
-         none,
-         MetricDetail::network,
-         std::nullopt,
-         {"Download", "Upload", "Connection", "Wi-Fi", "Since startup", "Public address"}},
+         {F::normal, D::network},
+         {no, {"Download", "Upload", "Connection", "Wi-Fi", "Since startup", "Public address"}}},
         {"desktop network",
-         MetricsFixture::desktop,
-         none,
-         MetricDetail::network,
-         std::nullopt,
-         {"Download", "Upload", "Connection", "Since startup", "Public address"}},
-        {"disk",
-         MetricsFixture::normal,
-         none,
-         MetricDetail::disk,
-         std::nullopt,
-         {"Read", "Write", "Volumes", "Since startup"}},
-        {"no disks",
-         MetricsFixture::normal,
-         [](auto& s) { s.disks = {}; },
-         MetricDetail::disk,
-         noDisksText(),
-         {}},
-        {"battery",
-         MetricsFixture::normal,
-         none,
-         MetricDetail::battery,
-         std::nullopt,
-         {"Charge", "Battery"}},
-        {"desktop battery",
-         MetricsFixture::desktop,
-         none,
-         MetricDetail::battery,
-         noBatteryText(),
-         {}},
+         {F::desktop, D::network},
+         {no, {"Download", "Upload", "Connection", "Since startup", "Public address"}}},
+        {"disk", {F::normal, D::disk}, {no, {"Read", "Write", "Volumes", "Since startup"}}},
+        {"no disks", {F::normal, D::disk, [](S& s) { s.disks = {}; }}, {noDisksText(), {}}},
+        {"battery", {F::normal, D::battery}, {no, {"Charge", "Battery"}}},
+        {"desktop battery", {F::desktop, D::battery}, {noBatteryText(), {}}},
         {"heat",
-         MetricsFixture::normal,
-         none,
-         MetricDetail::heat,
-         std::nullopt,
-         {"CPU temperature", "System", "CPU", "Storage", "Board", "Fans"}},
+         {F::normal, D::heat},
+         {no, {"CPU temperature", "System", "CPU", "Storage", "Board", "Fans"}}},
         {"no sensors, no fans",
-         MetricsFixture::normal,
-         [](auto& s) {
-             s.thermal = {};
-             s.thermal.fanCount = 0;
-         },
-         MetricDetail::heat,
-         noTemperatureSensorsText(),
-         {"Fans"}},
-        {"no gpu",
-         MetricsFixture::normal,
-         [](auto& s) { s.gpu.reset(); },
-         MetricDetail::gpu,
-         noGpuStatisticsText(),
-         {}},
-        {"gpu",
-         MetricsFixture::desktop,
-         none,
-         MetricDetail::gpu,
-         std::nullopt,
-         {"Utilisation", "GPU"}},
-        {"no place", MetricsFixture::normal, none, MetricDetail::weather, noWeatherPlaceText(), {}},
-        {"paw report without a report",
-         MetricsFixture::normal,
-         none,
-         MetricDetail::pawreport,
-         "Nothing to report yet",
-         {}},
+         {F::normal, D::heat, [](S& s) { s.thermal = {.fanCount = 0}; }},
+         {noTemperatureSensorsText(), {"Fans"}}},
+        {"no gpu", {F::normal, D::gpu, [](S& s) { s.gpu.reset(); }}, {noGpuStatisticsText(), {}}},
+        {"gpu", {F::desktop, D::gpu}, {no, {"Utilisation", "GPU"}}},
+        {"no place", {F::normal, D::weather}, {noWeatherPlaceText(), {}}},
+        {"paw report without a report", {F::normal, D::pawreport}, {"Nothing to report yet", {}}},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        auto sample = fixture(c.fixture);
-        c.change(sample);
-        const auto content = describeDetail(c.detail, inputsFor(sample));
-        EXPECT_EQ(content.standIn, c.standIn);
-        EXPECT_EQ(titles(content), c.blocks);
+        auto sample = fixture(c.in.fixture);
+        if (c.in.change) c.in.change(sample);
+        const auto content = describeDetail(c.in.detail, inputsFor(sample));
+        EXPECT_EQ(content.standIn, c.want.standIn);
+        EXPECT_EQ(titles(content), c.want.blocks);
     }
 }
 

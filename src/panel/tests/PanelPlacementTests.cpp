@@ -27,32 +27,22 @@ const PanelScreen kBottomBar = screen({0, 0, 1920, 1080}, {0, 0, 1920, 1052}, tr
 const PanelScreen kRightTall = screen({1920, 0, 2560, 1440}, {1920, 32, 2560, 1408});
 // A screen left of the origin, lower down, with a bottom panel: negative coordinates.
 const PanelScreen kLeftLow = screen({-1280, 200, 1280, 1024}, {-1280, 200, 1280, 992});
+// An 800x600 screen with a top bar, smaller than a large panel.
+const PanelScreen kSmall = screen({0, 0, 800, 600}, {0, 28, 800, 572}, true);
+// The 1920x1080 screen with nothing reserved: a bar the window manager does not know about.
+const PanelScreen kBare = screen({0, 0, 1920, 1080}, {0, 0, 1920, 1080}, true);
 // A left-hand vertical desktop panel 48 px wide.
 const PanelScreen kSideBar = screen({0, 0, 1920, 1080}, {48, 0, 1872, 1080}, true);
 
+// One placement: the request (the panel's size is kPanel unless given) and what it must give.
 struct Case {
-    std::string name;
-    SessionType session;
-    std::vector<PanelScreen> screens;
-    std::optional<PanelPoint> click;
-    std::optional<PanelPoint> cursor;
-    PanelSize panel;
-    std::optional<std::size_t> screen;
-    PanelAnchor anchor;
-    PanelRect frame;
-};
-
-// The same cases again, for opens without a click after a tray click at `last`.
-struct LastClickCase {
-    std::string name;
-    SessionType session;
-    std::vector<PanelScreen> screens;
-    std::optional<PanelPoint> click;
-    std::optional<PanelPoint> cursor;
-    std::optional<PanelPoint> last;
-    std::optional<std::size_t> screen;
-    PanelAnchor anchor;
-    PanelRect frame;
+    const char* name;
+    PanelPlacementRequest request;
+    struct {
+        std::optional<std::size_t> screen;
+        PanelAnchor anchor;
+        PanelRect frame;
+    } want;
 };
 
 std::string anchorName(PanelAnchor a) {
@@ -67,321 +57,123 @@ std::string anchorName(PanelAnchor a) {
     return "?";
 }
 
+// Opens from a click on the tray, from the cursor, and, without either (the menu, the
+// shortcut), from the last tray click.
 TEST(PanelPlacement, PlacesThePanelForEachLayout) {
+    using P = PanelPoint;
     const auto x11 = SessionType::x11;
     const auto wl = SessionType::wayland;
+    const auto below = PanelAnchor::belowPoint;
+    const auto above = PanelAnchor::abovePoint;
+    const auto corner = PanelAnchor::topRightCorner;
+    const auto none = std::nullopt;
     const std::vector<Case> cases = {
         {"centred under a click mid-bar; the bar's strip pushes it below the bar",
-         x11,
-         {kTopBar},
-         PanelPoint{960, 14},
-         std::nullopt,
-         kPanel,
-         0,
-         PanelAnchor::belowPoint,
-         {780, 28, 360, 240}},
+         {x11, {kTopBar}, P{960, 14}},
+         {0, below, {780, 28, 360, 240}}},
         {"a click near the right edge keeps the panel on screen",
-         x11,
-         {kTopBar},
-         PanelPoint{1900, 14},
-         std::nullopt,
-         kPanel,
-         0,
-         PanelAnchor::belowPoint,
-         {1560, 28, 360, 240}},
+         {x11, {kTopBar}, P{1900, 14}},
+         {0, below, {1560, 28, 360, 240}}},
         {"a click near the left edge keeps the panel on screen",
-         x11,
-         {kTopBar},
-         PanelPoint{5, 14},
-         std::nullopt,
-         kPanel,
-         0,
-         PanelAnchor::belowPoint,
-         {0, 28, 360, 240}},
+         {x11, {kTopBar}, P{5, 14}},
+         {0, below, {0, 28, 360, 240}}},
         {"an unreserved top bar (no window manager): below the bar the click sits in the middle of",
-         x11,
-         {screen({0, 0, 1920, 1080}, {0, 0, 1920, 1080}, true)},
-         PanelPoint{960, 14},
-         std::nullopt,
-         kPanel,
-         0,
-         PanelAnchor::belowPoint,
-         {780, 32, 360, 240}},
+         {x11, {kBare}, P{960, 14}},
+         {0, below, {780, 32, 360, 240}}},
         {"an unreserved top bar clicked near its bottom edge: twice the distance",
-         x11,
-         {screen({0, 0, 1920, 1080}, {0, 0, 1920, 1080}, true)},
-         PanelPoint{960, 22},
-         std::nullopt,
-         kPanel,
-         0,
-         PanelAnchor::belowPoint,
-         {780, 45, 360, 240}},
+         {x11, {kBare}, P{960, 22}},
+         {0, below, {780, 45, 360, 240}}},
         {"a click well away from the edges keeps just the gap",
-         x11,
-         {screen({0, 0, 1920, 1080}, {0, 0, 1920, 1080}, true)},
-         PanelPoint{960, 100},
-         std::nullopt,
-         kPanel,
-         0,
-         PanelAnchor::belowPoint,
-         {780, 104, 360, 240}},
+         {x11, {kBare}, P{960, 100}},
+         {0, below, {780, 104, 360, 240}}},
         {"an unreserved bottom bar: above the bar the click sits in the middle of",
-         x11,
-         {screen({0, 0, 1920, 1080}, {0, 0, 1920, 1080}, true)},
-         PanelPoint{960, 1066},
-         std::nullopt,
-         kPanel,
-         0,
-         PanelAnchor::abovePoint,
-         {780, 808, 360, 240}},
+         {x11, {kBare}, P{960, 1066}},
+         {0, above, {780, 808, 360, 240}}},
         {"a bottom tray opens upwards, above the bar's strip",
-         x11,
-         {kBottomBar},
-         PanelPoint{960, 1066},
-         std::nullopt,
-         kPanel,
-         0,
-         PanelAnchor::abovePoint,
-         {780, 812, 360, 240}},
+         {x11, {kBottomBar}, P{960, 1066}},
+         {0, above, {780, 812, 360, 240}}},
         {"a bottom tray clicked above its strip keeps the gap",
-         x11,
-         {screen({0, 0, 1920, 1080}, {0, 0, 1920, 1080}, true)},
-         PanelPoint{960, 1000},
-         std::nullopt,
-         kPanel,
-         0,
-         PanelAnchor::abovePoint,
-         {780, 756, 360, 240}},
+         {x11, {kBare}, P{960, 1000}},
+         {0, above, {780, 756, 360, 240}}},
         {"the second monitor's tray, near its right edge",
-         x11,
-         {kTopBar, kRightTall},
-         PanelPoint{4400, 16},
-         std::nullopt,
-         kPanel,
-         1,
-         PanelAnchor::belowPoint,
-         {4120, 32, 360, 240}},
+         {x11, {kTopBar, kRightTall}, P{4400, 16}},
+         {1, below, {4120, 32, 360, 240}}},
         {"the first pixel of the second monitor belongs to it",
-         x11,
-         {kTopBar, kRightTall},
-         PanelPoint{1920, 16},
-         std::nullopt,
-         kPanel,
-         1,
-         PanelAnchor::belowPoint,
-         {1920, 32, 360, 240}},
+         {x11, {kTopBar, kRightTall}, P{1920, 16}},
+         {1, below, {1920, 32, 360, 240}}},
         {"the last pixel of the first monitor belongs to it",
-         x11,
-         {kTopBar, kRightTall},
-         PanelPoint{1919, 16},
-         std::nullopt,
-         kPanel,
-         0,
-         PanelAnchor::belowPoint,
-         {1560, 28, 360, 240}},
+         {x11, {kTopBar, kRightTall}, P{1919, 16}},
+         {0, below, {1560, 28, 360, 240}}},
         {"negative coordinates and a bottom bar on a lower left monitor",
-         x11,
-         {kTopBar, kLeftLow},
-         PanelPoint{-1270, 1210},
-         std::nullopt,
-         kPanel,
-         1,
-         PanelAnchor::abovePoint,
-         {-1280, 952, 360, 240}},
+         {x11, {kTopBar, kLeftLow}, P{-1270, 1210}},
+         {1, above, {-1280, 952, 360, 240}}},
         {"stacked monitors: the lower one's bottom tray",
-         x11,
-         {kBottomBar, screen({0, 1080, 1920, 1080}, {0, 1080, 1920, 1052})},
-         PanelPoint{100, 2150},
-         std::nullopt,
-         kPanel,
-         1,
-         PanelAnchor::abovePoint,
-         {0, 1892, 360, 240}},
+         {x11, {kBottomBar, screen({0, 1080, 1920, 1080}, {0, 1080, 1920, 1052})}, P{100, 2150}},
+         {1, above, {0, 1892, 360, 240}}},
         {"a left side bar: the panel stays right of it",
-         x11,
-         {kSideBar},
-         PanelPoint{24, 300},
-         std::nullopt,
-         kPanel,
-         0,
-         PanelAnchor::belowPoint,
-         {48, 304, 360, 240}},
+         {x11, {kSideBar}, P{24, 300}},
+         {0, below, {48, 304, 360, 240}}},
         {"a click on no screen is ignored; the cursor's screen gets the corner",
-         x11,
-         {kTopBar, kRightTall},
-         PanelPoint{9000, 9000},
-         PanelPoint{3000, 700},
-         kPanel,
-         1,
-         PanelAnchor::topRightCorner,
-         {4112, 40, 360, 240}},
+         {x11, {kTopBar, kRightTall}, P{9000, 9000}, P{3000, 700}},
+         {1, corner, {4112, 40, 360, 240}}},
         {"0,0 on a layout that starts right of the origin is no click",
-         x11,
-         {screen({1920, 0, 1920, 1080}, {1920, 28, 1920, 1052}, true)},
-         PanelPoint{-1, -1},
-         std::nullopt,
-         kPanel,
-         0,
-         PanelAnchor::topRightCorner,
-         {3472, 36, 360, 240}},
+         {x11, {screen({1920, 0, 1920, 1080}, {1920, 28, 1920, 1052}, true)}, P{-1, -1}},
+         {0, corner, {3472, 36, 360, 240}}},
         {"no click and no cursor: the primary screen's corner",
-         x11,
-         {kRightTall, kTopBar},
-         std::nullopt,
-         std::nullopt,
-         kPanel,
-         1,
-         PanelAnchor::topRightCorner,
-         {1552, 36, 360, 240}},
+         {x11, {kRightTall, kTopBar}},
+         {1, corner, {1552, 36, 360, 240}}},
         {"no primary flagged: the first screen",
-         x11,
-         {kRightTall, screen({0, 0, 1920, 1080}, {0, 28, 1920, 1052})},
-         std::nullopt,
-         std::nullopt,
-         kPanel,
-         0,
-         PanelAnchor::topRightCorner,
-         {4112, 40, 360, 240}},
+         {x11, {kRightTall, screen({0, 0, 1920, 1080}, {0, 28, 1920, 1052})}},
+         {0, corner, {4112, 40, 360, 240}}},
         {"a panel larger than the screen shrinks to its work area",
-         x11,
-         {screen({0, 0, 800, 600}, {0, 28, 800, 572}, true)},
-         PanelPoint{700, 10},
-         std::nullopt,
-         {1000, 700},
-         0,
-         PanelAnchor::belowPoint,
-         {0, 28, 800, 572}},
+         {x11, {kSmall}, P{700, 10}, none, none, {1000, 700}},
+         {0, below, {0, 28, 800, 572}}},
         {"a screen that reports no work area uses its whole geometry",
-         x11,
-         {screen({0, 0, 1280, 800}, {0, 0, 0, 0}, true)},
-         std::nullopt,
-         std::nullopt,
-         kPanel,
-         0,
-         PanelAnchor::topRightCorner,
-         {912, 32, 360, 240}},
+         {x11, {screen({0, 0, 1280, 800}, {0, 0, 0, 0}, true)}},
+         {0, corner, {912, 32, 360, 240}}},
         {"a bar reserved only at the bottom: the corner still clears a top bar",
-         x11,
-         {kBottomBar},
-         std::nullopt,
-         std::nullopt,
-         kPanel,
-         0,
-         PanelAnchor::topRightCorner,
-         {1552, 32, 360, 240}},
+         {x11, {kBottomBar}},
+         {0, corner, {1552, 32, 360, 240}}},
         {"wayland: the click's screen, but the corner, never the point",
-         wl,
-         {kTopBar, kRightTall},
-         PanelPoint{4400, 16},
-         std::nullopt,
-         kPanel,
-         1,
-         PanelAnchor::topRightCorner,
-         {4112, 40, 360, 240}},
+         {wl, {kTopBar, kRightTall}, P{4400, 16}},
+         {1, corner, {4112, 40, 360, 240}}},
         {"wayland: the cursor's screen when the host sent 0,0 outside the layout",
-         wl,
-         {kRightTall, kTopBar},
-         std::nullopt,
-         PanelPoint{100, 100},
-         kPanel,
-         1,
-         PanelAnchor::topRightCorner,
-         {1552, 36, 360, 240}},
+         {wl, {kRightTall, kTopBar}, none, P{100, 100}},
+         {1, corner, {1552, 36, 360, 240}}},
         {"wayland: the primary screen when nothing is known",
-         wl,
-         {kRightTall, kTopBar},
-         std::nullopt,
-         std::nullopt,
-         kPanel,
-         1,
-         PanelAnchor::topRightCorner,
-         {1552, 36, 360, 240}},
+         {wl, {kRightTall, kTopBar}},
+         {1, corner, {1552, 36, 360, 240}}},
         {"no screens at all: the size alone",
-         x11,
-         {},
-         PanelPoint{10, 10},
-         std::nullopt,
-         kPanel,
-         std::nullopt,
-         PanelAnchor::topRightCorner,
-         {0, 0, 360, 240}},
+         {x11, {}, P{10, 10}},
+         {none, corner, {0, 0, 360, 240}}},
+        {"the menu's Settings item after a click on the top tray",
+         {x11, {kTopBar}, none, P{500, 500}, P{1900, 14}},
+         {0, below, {1560, 28, 360, 240}}},
+        {"the shortcut on the screen of a bottom tray",
+         {x11, {kBottomBar}, none, none, P{960, 1066}},
+         {0, above, {780, 812, 360, 240}}},
+        {"the cursor on another screen than the tray: that screen's corner",
+         {x11, {kTopBar, kRightTall}, none, P{3000, 700}, P{1900, 14}},
+         {1, corner, {4112, 40, 360, 240}}},
+        {"a new click wins over the last one",
+         {x11, {kTopBar, kRightTall}, P{4400, 16}, none, P{1900, 14}},
+         {1, below, {4120, 32, 360, 240}}},
+        {"a last click on no screen (a monitor unplugged since) is forgotten",
+         {x11, {kTopBar}, none, none, P{3000, 14}},
+         {0, corner, {1552, 36, 360, 240}}},
+        {"wayland keeps the corner",
+         {wl, {kTopBar}, none, none, P{1900, 14}},
+         {0, corner, {1552, 36, 360, 240}}},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
-        const PanelPlacement got =
-            placePanel({c.session, c.screens, c.click, c.cursor, std::nullopt, c.panel});
-        EXPECT_EQ(got.screen, c.screen);
-        EXPECT_EQ(anchorName(got.anchor), anchorName(c.anchor));
-        EXPECT_EQ(got.frame, c.frame);
-        EXPECT_EQ(got.positionHonoured, c.session == SessionType::x11);
-    }
-}
-
-TEST(PanelPlacement, OpensWithoutAClickDropFromTheLastTrayClick) {
-    const auto x11 = SessionType::x11;
-    const std::vector<LastClickCase> cases = {
-        {"the menu's Settings item after a click on the top tray",
-         x11,
-         {kTopBar},
-         std::nullopt,
-         PanelPoint{500, 500},
-         PanelPoint{1900, 14},
-         0,
-         PanelAnchor::belowPoint,
-         {1560, 28, 360, 240}},
-        {"the shortcut on the screen of a bottom tray",
-         x11,
-         {kBottomBar},
-         std::nullopt,
-         std::nullopt,
-         PanelPoint{960, 1066},
-         0,
-         PanelAnchor::abovePoint,
-         {780, 812, 360, 240}},
-        {"the cursor on another screen than the tray: that screen's corner",
-         x11,
-         {kTopBar, kRightTall},
-         std::nullopt,
-         PanelPoint{3000, 700},
-         PanelPoint{1900, 14},
-         1,
-         PanelAnchor::topRightCorner,
-         {4112, 40, 360, 240}},
-        {"a new click wins over the last one",
-         x11,
-         {kTopBar, kRightTall},
-         PanelPoint{4400, 16},
-         std::nullopt,
-         PanelPoint{1900, 14},
-         1,
-         PanelAnchor::belowPoint,
-         {4120, 32, 360, 240}},
-        {"a last click on no screen (a monitor unplugged since) is forgotten",
-         x11,
-         {kTopBar},
-         std::nullopt,
-         std::nullopt,
-         PanelPoint{3000, 14},
-         0,
-         PanelAnchor::topRightCorner,
-         {1552, 36, 360, 240}},
-        {"wayland keeps the corner",
-         SessionType::wayland,
-         {kTopBar},
-         std::nullopt,
-         std::nullopt,
-         PanelPoint{1900, 14},
-         0,
-         PanelAnchor::topRightCorner,
-         {1552, 36, 360, 240}},
-    };
-    for (const LastClickCase& c : cases) {
-        SCOPED_TRACE(c.name);
-        const PanelPlacement got =
-            placePanel({c.session, c.screens, c.click, c.cursor, c.last, kPanel});
-        EXPECT_EQ(got.screen, c.screen);
-        EXPECT_EQ(anchorName(got.anchor), anchorName(c.anchor));
-        EXPECT_EQ(got.frame, c.frame);
+        PanelPlacementRequest request = c.request;
+        if (request.panel == PanelSize{}) request.panel = kPanel;
+        const PanelPlacement got = placePanel(request);
+        EXPECT_EQ(got.screen, c.want.screen);
+        EXPECT_EQ(anchorName(got.anchor), anchorName(c.want.anchor));
+        EXPECT_EQ(got.frame, c.want.frame);
+        EXPECT_EQ(got.positionHonoured, request.session == SessionType::x11);
     }
 }
 

@@ -76,8 +76,6 @@ bool overlap(const Box& a, const Box& b) {
     return a.x < b.right() && b.x < a.right() && a.y < b.bottom() && b.y < a.bottom();
 }
 
-// Whatever a card carries and however big the desktop's font, its parts stay inside the card
-// and never sit on each other.
 // The greeting in the header's width: the name goes first, then the city; a place in another
 // zone is named, one in the same part of the day is not; without a forecast the phrase is the
 // computer's own.
@@ -120,6 +118,8 @@ TEST(HeaderContent, TheGreetingDropsTheNameThenTheCityToFit) {
     }
 }
 
+// Whatever a card carries and however big the desktop's font, its parts stay inside the card
+// and never sit on each other.
 TEST(CardGeometry, PartsStayInsideAndApartForEverySizeAndFont) {
     const std::pair<layout::CardSize, Box> sizes[] = {
         {layout::CardSize::small, {0, 0, 112, 104}}, {layout::CardSize::medium, {0, 0, 172, 160}},
