@@ -22,13 +22,10 @@ expect_error() {
     [[ ! -s "$work/out" ]] || fail "$* wrote to stdout"
 }
 
+# Every message is checked in the parser's own tests; here, the form and status of a few.
 expect_error 2 "--tab needs one of: overview, processes, shop, settings" --tab Overview
 expect_error 2 "unknown option --frobnicate" --frobnicate
 expect_error 2 'unexpected argument "overview"' overview
-expect_error 2 '--bench-metrics takes an optional positive iteration count, got "0"' --bench-metrics 0
-expect_error 2 "--idle-seconds needs a number of seconds (>= 0)" --idle-seconds -5
-expect_error 2 "--only only applies to --snapshot or --list-scenes" --only hero --dump-metrics
-expect_error 2 "--fixture needs one of: normal, idle, busy, panic, hot, lowBattery, offline, desktop, stress" --fixture
 # A fault before --help wins over it.
 expect_error 2 "--tab needs one of: overview, processes, shop, settings" --tab Overview --help
 
