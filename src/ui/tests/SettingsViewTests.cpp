@@ -24,6 +24,7 @@
 #include "ui/settings/SettingsIndexView.h"
 #include "ui/settings/SettingsPageView.h"
 #include "ui/settings/SettingsView.h"
+#include "ui/tests/UiTestApp.h"
 #include "weather/qt/OpenMeteoClient.h"
 #include "weather/qt/WeatherSearch.h"
 #include "weather/tests/LocalHttpServer.h"
@@ -34,15 +35,6 @@ namespace {
 
 using panel::RowKind;
 using panel::SettingsSection;
-
-QApplication& application() {
-    static int argc = 1;
-    static char name[] = "ui_tests";
-    static char* argv[] = {name, nullptr};
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    static auto* app = new QApplication(argc, argv);
-    return *app;
-}
 
 void settle() {
     for (int i = 0; i < 3; ++i) QApplication::processEvents();
