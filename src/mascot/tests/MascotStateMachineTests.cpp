@@ -75,15 +75,14 @@ TEST(MascotStateMachine, PanicAfterTenSecondsAndItsThirtySecondRearm) {
         {44, 1.0, MascotMood::panic},  // 30 s after the end
         {45, 0.5, MascotMood::running},
     };
-    for (const auto& s : steps) EXPECT_EQ(run.load(s.t, s.raw).mood, s.mood) << "t=" << s.t;
-}
-
-TEST(MascotStateMachine, PanicRunsAtTheTopOfTheRateRange) {
-    Script run;
-    run.load(0, 1.0);
-    auto s = run.load(10, 1.0);
-    ASSERT_EQ(s.mood, MascotMood::panic);
-    EXPECT_DOUBLE_EQ(s.cyclesPerSecond, run.character.cycleRate.upper);
+    for (const auto& s : steps) {
+        const MascotState state = run.load(s.t, s.raw);
+        EXPECT_EQ(state.mood, s.mood) << "t=" << s.t;
+        // Panic runs at the top of the character's rate range.
+        if (s.mood == MascotMood::panic) {
+            EXPECT_DOUBLE_EQ(state.cyclesPerSecond, run.character.cycleRate.upper);
+        }
+    }
 }
 
 TEST(MascotStateMachine, SweatLatchWithMarginsAndRearm) {
@@ -562,11 +561,6 @@ TEST(MascotCharacter, ThirteenDistinctCharactersInCatalogOrder) {
                 << c.id << " duplicates " << o.id;
         }
     }
-    const auto& shiba = characterFor("shiba");
-    EXPECT_DOUBLE_EQ(shiba.cycleRate.lower, 0.6);
-    EXPECT_DOUBLE_EQ(shiba.cycleRate.upper, 3.0);
-    EXPECT_DOUBLE_EQ(shiba.strideMeters, 0.6);
-    EXPECT_EQ(shiba.loadBands, std::vector<double>{0.6});
     EXPECT_EQ(characterFor("nonsense").id, "cat");
 }
 

@@ -120,12 +120,6 @@ TEST(MoodLine, LowBattery) {
     });
 }
 
-TEST(MoodLine, Offline) {
-    expectAll({{"always", stateOf(MascotMood::offline), MetricsSnapshot{},
-                {"No internet. Mochi brought an umbrella.",
-                 "Offline. Mochi is waiting out the storm.", "The internet went for a walk."}}});
-}
-
 TEST(MoodLine, Sleeping) {
     MetricsSnapshot s = busyWith(nullptr);
     s.cpu.total = 0.2;
@@ -139,16 +133,14 @@ TEST(MoodLine, Sleeping) {
     });
 }
 
-TEST(MoodLine, SittingAndCelebrating) {
+TEST(MoodLine, Sitting) {
     MetricsSnapshot s;
     s.cpu.total = 0.03;
-    expectAll({
-        {"sitting", stateOf(MascotMood::sitting), s,
-         {"Mochi is taking a breather.", "All quiet. Mochi sits and watches.",
-          "CPU 3%. Time for a little sit."}},
-        {"celebrating", stateOf(MascotMood::celebrating), s,
-         {"Mochi is celebrating!", "Yay! Mochi does a happy hop.", "Woohoo! Nice one."}},
-    });
+    expectAll({{"sitting",
+                stateOf(MascotMood::sitting),
+                s,
+                {"Mochi is taking a breather.", "All quiet. Mochi sits and watches.",
+                 "CPU 3%. Time for a little sit."}}});
 }
 
 TEST(MoodLine, Running) {
