@@ -132,21 +132,5 @@ TEST(WeatherText, GreetingPhrases) {
     EXPECT_EQ(partOfDay(22), PartOfDay::night);
 }
 
-TEST(WeatherText, GreetingLineDropsTheNameThenTheCity) {
-    GreetingInput melbourne{WeatherCondition::thunderstorm, 19, false, "Melbourne"};
-    auto upTo = [](size_t n) { return [n](const std::string& s) { return s.size() <= n; }; };
-    const std::optional<std::string> henry = "Henry";
-    EXPECT_EQ(greetingLine(melbourne, 9, henry, upTo(100)), "Stormy evening in Melbourne, Henry");
-    EXPECT_EQ(greetingLine(melbourne, 9, henry, upTo(30)), "Stormy evening in Melbourne");
-    EXPECT_EQ(greetingLine(melbourne, 9, henry, upTo(22)), "Stormy evening, Henry");
-    EXPECT_EQ(greetingLine(melbourne, 9, henry, upTo(3)), "Stormy evening");
-    // Same part of day here and there: no city.
-    EXPECT_EQ(greetingLine(melbourne, 18, henry, upTo(100)), "Stormy evening, Henry");
-    EXPECT_EQ(greetingLine({WeatherCondition::rain, 14, true, "London"}, 14, std::nullopt, upTo(100)),
-              "Rainy afternoon");
-    EXPECT_EQ(greetingLine({WeatherCondition::rain, 23, false, "London"}, 14, std::nullopt, upTo(100)),
-              "Rainy night in London");
-}
-
 }  // namespace
 }  // namespace trotlet::weather

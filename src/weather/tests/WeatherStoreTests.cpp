@@ -69,6 +69,14 @@ protected:
         s->setTracing(true);
         return s;
     }
+    // A started store for `place` with the weather in the menu bar: the one viewer it needs.
+    std::unique_ptr<WeatherStore> startedStore(const WeatherLocation& place = paris()) {
+        auto s = makeStore();
+        s->setLocation(place);
+        s->setShowInMenuBar(true);
+        s->start();
+        return s;
+    }
     std::string cacheFile() const { return dir.filePath("data/weather.json").toStdString(); }
 
     // Moves the clock to the next refresh and fires it, as the timer would.
@@ -96,10 +104,7 @@ TEST_F(WeatherStoreTest, BeforeStartNothingRuns) {
 }
 
 TEST_F(WeatherStoreTest, MenuBarAloneRefreshesEveryThirtyMinutesPanelEveryTwenty) {
-    auto store = makeStore();
-    store->setLocation(paris());
-    store->setShowInMenuBar(true);
-    store->start();
+    auto store = startedStore();
     ASSERT_EQ(store->nextRefresh(), T0);  // nothing yet: due at once
     EXPECT_TRUE(store->isTimerArmed());
     fireDue(*store);
@@ -143,10 +148,7 @@ TEST_F(WeatherStoreTest, NoSchedulerWithoutAViewer) {
 }
 
 TEST_F(WeatherStoreTest, OfflineBackoffSequenceKeepsTheReport) {
-    auto store = makeStore();
-    store->setLocation(paris());
-    store->setShowInMenuBar(true);
-    store->start();
+    auto store = startedStore();
     fireDue(*store);
     fetcher.answer(0, reportFor(paris(), now));
     ASSERT_TRUE(store->currentReport());
@@ -180,10 +182,7 @@ TEST_F(WeatherStoreTest, OfflineBackoffSequenceKeepsTheReport) {
 }
 
 TEST_F(WeatherStoreTest, PanelOpeningAllowsOneEarlyRetry) {
-    auto store = makeStore();
-    store->setLocation(paris());
-    store->setShowInMenuBar(true);
-    store->start();
+    auto store = startedStore();
     for (int i = 0; i < 4; ++i) {
         fireDue(*store);
         fetcher.answer(fetcher.calls.size() - 1, WeatherError::offline());
@@ -203,10 +202,7 @@ TEST_F(WeatherStoreTest, PanelOpeningAllowsOneEarlyRetry) {
 }
 
 TEST_F(WeatherStoreTest, NetworkBackResetsTheBackoffAndFetchesAtOnce) {
-    auto store = makeStore();
-    store->setLocation(paris());
-    store->setShowInMenuBar(true);
-    store->start();
+    auto store = startedStore();
     for (int i = 0; i < 3; ++i) {
         fireDue(*store);
         fetcher.answer(fetcher.calls.size() - 1, WeatherError::offline());
@@ -262,10 +258,7 @@ TEST_F(WeatherStoreTest, PlaceChangeCancelsTheFetchAndNeverShowsTheOldPlace) {
 }
 
 TEST_F(WeatherStoreTest, PlaceChangeClearsReportAndCache) {
-    auto store = makeStore();
-    store->setLocation(paris());
-    store->setShowInMenuBar(true);
-    store->start();
+    auto store = startedStore();
     store->runDue();
     fetcher.answer(0, reportFor(paris(), now));
     ASSERT_EQ(platform::readWholeFile(cacheFile()).status, platform::ReadStatus::ok);
@@ -280,27 +273,18 @@ TEST_F(WeatherStoreTest, PlaceChangeClearsReportAndCache) {
 
 TEST_F(WeatherStoreTest, RelaunchShowsTheCachedForecastAtOnce) {
     {
-        auto first = makeStore();
-        first->setLocation(paris());
-        first->setShowInMenuBar(true);
-        first->start();
+        auto first = startedStore();
         first->runDue();
         fetcher.answer(0, reportFor(paris(), now, 7.6));
     }
     now += 600;
-    auto second = makeStore();
-    second->setLocation(paris());
-    second->setShowInMenuBar(true);
-    second->start();
+    auto second = startedStore();
     ASSERT_TRUE(second->currentReport());
     EXPECT_EQ(second->menuBarText(false), "8°C");
     EXPECT_EQ(second->nextRefresh(), T0 + 1800);  // not now: the cached one is fresh
     EXPECT_EQ(fetcher.calls.size(), 1u);
     // A cache for another place is kept but never shown.
-    auto third = makeStore();
-    third->setLocation(london());
-    third->setShowInMenuBar(true);
-    third->start();
+    auto third = startedStore(london());
     EXPECT_TRUE(third->report());
     EXPECT_FALSE(third->currentReport());
     EXPECT_FALSE(third->menuBarText(false));
@@ -308,10 +292,7 @@ TEST_F(WeatherStoreTest, RelaunchShowsTheCachedForecastAtOnce) {
 }
 
 TEST_F(WeatherStoreTest, HorizonThroughTheStore) {
-    auto store = makeStore();
-    store->setLocation(paris());
-    store->setShowInMenuBar(true);
-    store->start();
+    auto store = startedStore();
     store->runDue();
     const UnixTime fetched = now;
     fetcher.answer(0, reportFor(paris(), fetched));
@@ -326,10 +307,7 @@ TEST_F(WeatherStoreTest, HorizonThroughTheStore) {
 }
 
 TEST_F(WeatherStoreTest, StopCancelsEverything) {
-    auto store = makeStore();
-    store->setLocation(paris());
-    store->setShowInMenuBar(true);
-    store->start();
+    auto store = startedStore();
     store->runDue();
     fetcher.answer(0, WeatherError::offline());
     fireDue(*store);
@@ -344,10 +322,7 @@ TEST_F(WeatherStoreTest, StopCancelsEverything) {
 }
 
 TEST_F(WeatherStoreTest, RetryNowClearsTheFailureState) {
-    auto store = makeStore();
-    store->setLocation(paris());
-    store->setShowInMenuBar(true);
-    store->start();
+    auto store = startedStore();
     store->runDue();
     fetcher.answer(0, WeatherError::server(500));
     ASSERT_EQ(store->nextRefresh(), now + 60);
