@@ -8,7 +8,6 @@
 #include <unistd.h>
 
 #include "alerts/NotificationScript.h"
-#include "alerts/qt/NotificationSimulation.h"
 
 namespace trotlet::alerts {
 namespace {
@@ -92,23 +91,6 @@ TEST(NotificationScript, DifferentPreferencesChangeTheOutcome) {
 namespace trotlet::alerts {
 namespace {
 
-TEST(NotificationSimulation, PrintsTheTimelineAsJsonAndSucceeds) {
-    ::testing::internal::CaptureStdout();
-    const int status = NotificationSimulation::run();
-    const std::string out = ::testing::internal::GetCapturedStdout();
-    EXPECT_EQ(status, 0);
-    const auto json = nlohmann::ordered_json::parse(out, nullptr, false);
-    ASSERT_FALSE(json.is_discarded()) << out.substr(0, 200);
-    EXPECT_EQ(json["summary"]["scenarios"], NotificationScript::scenarios().size());
-    EXPECT_TRUE(json["summary"]["failure"].is_null());
-}
-
-}  // namespace
-}  // namespace trotlet::alerts
-
-namespace trotlet::alerts {
-namespace {
-
 // As a user runs it: the built program, its stdout and its exit status.
 TEST(NotificationSimulation, TheProgramRunsTheSimulationFromTheCommandLine) {
     if (::access(TROTLET_BINARY, X_OK) != 0) GTEST_SKIP() << "trotlet is not built";
@@ -123,6 +105,8 @@ TEST(NotificationSimulation, TheProgramRunsTheSimulationFromTheCommandLine) {
     const auto json = nlohmann::ordered_json::parse(out, nullptr, false);
     ASSERT_FALSE(json.is_discarded()) << out.substr(0, 300);
     EXPECT_EQ(json["preferences"]["highCPUHoldSeconds"], 120.0);
+    EXPECT_EQ(json["summary"]["scenarios"], NotificationScript::scenarios().size());
+    EXPECT_TRUE(json["summary"]["failure"].is_null());
     EXPECT_EQ(json["summary"]["checks"],
               NotificationScript::replay(NotificationScript::scenarios(),
                                          NotificationScript::preferences(),
