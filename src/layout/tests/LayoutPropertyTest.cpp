@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include "layout/BentoPacker.h"
 #include "layout/LayoutFitCheck.h"
 #include "layout/LayoutFuzz.h"
@@ -38,21 +40,26 @@ struct Doctored : testing::Test {
     BentoPacker::Result result = BentoPacker::pack(items, 6);
 };
 
-TEST_F(Doctored, HonestResultIsClean) { EXPECT_TRUE(LayoutFitCheck::check(result, items, layout, registry()).clean()); }
-
-TEST_F(Doctored, OverlapIsFound) {
-    result.rects["memory"].col = 2;
-    EXPECT_FALSE(LayoutFitCheck::check(result, items, layout, registry()).overlapOrOverflow.empty());
-}
-
-TEST_F(Doctored, OverflowIsFound) {
-    result.rects["battery"].col = 5;
-    EXPECT_FALSE(LayoutFitCheck::check(result, items, layout, registry()).overlapOrOverflow.empty());
-}
-
-TEST_F(Doctored, WrongSpanIsFound) {
-    result.rects["gpu"].span = {2, 3};
-    EXPECT_FALSE(LayoutFitCheck::check(result, items, layout, registry()).wrongSpan.empty());
+TEST_F(Doctored, HonestResultIsCleanAndEachDoctoringIsFound) {
+    EXPECT_TRUE(LayoutFitCheck::check(result, items, layout, registry()).clean());
+    using Findings = LayoutFitCheck::Findings;
+    const struct {
+        const char* name;
+        std::function<void(BentoPacker::Result&)> doctor;
+        std::function<bool(const Findings&)> found;
+    } cases[] = {
+        {"overlap", [](auto& r) { r.rects["memory"].col = 2; },
+         [](const Findings& f) { return !f.overlapOrOverflow.empty(); }},
+        {"overflow", [](auto& r) { r.rects["battery"].col = 5; },
+         [](const Findings& f) { return !f.overlapOrOverflow.empty(); }},
+        {"wrong span", [](auto& r) { r.rects["gpu"].span = {2, 3}; },
+         [](const Findings& f) { return !f.wrongSpan.empty(); }},
+    };
+    for (const auto& c : cases) {
+        auto doctored = result;
+        c.doctor(doctored);
+        EXPECT_TRUE(c.found(LayoutFitCheck::check(doctored, items, layout, registry()))) << c.name;
+    }
 }
 
 TEST_F(Doctored, CardBelowAHoleItFitsIsFound) {

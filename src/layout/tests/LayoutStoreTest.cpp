@@ -82,16 +82,6 @@ TEST_F(LayoutStoreTest, LegacyHiddenCardsMigrateUntilTheFirstEditAndResetClearsT
     EXPECT_FALSE(s.store.canReset());
 }
 
-TEST_F(LayoutStoreTest, ResetRemovesTheStoredDocument) {
-    Session s(backing);
-    s.store.commit(LayoutOps::settingHidden("heat", true, defaults()));
-    ASSERT_TRUE(backing->values().count("layout.overview"));
-    s.store.reset();
-    EXPECT_FALSE(backing->values().count("layout.overview"));
-    EXPECT_FALSE(s.settings.layout().overview());
-    EXPECT_EQ(s.store.layout(), defaults());
-}
-
 TEST_F(LayoutStoreTest, GarbageDocumentShowsTheDefaultAndCanBeReset) {
     backing->write("layout.overview", settings::SettingValue("{not json"));
     backing->write("monitoring.hiddenCards", settings::SettingValue::array({"heat"}));
@@ -121,15 +111,6 @@ TEST_F(LayoutStoreTest, HiddenBindingCommitsOnlyRealChangesAndKeepsPlaces) {
     s.store.unobserve(token);
     s.store.reset();
     EXPECT_EQ(told, 2);
-}
-
-TEST_F(LayoutStoreTest, DocumentStoredAsAnObjectStillCounts) {
-    backing->write(
-        "layout.overview",
-        settings::SettingValue::parse(R"({"version":1,"cards":[{"id":"disk","size":"small"}]})"));
-    Session s(backing);
-    EXPECT_EQ(s.store.layout().cards.front(),
-              (OverviewLayout::Card{"disk", CardSize::small, false}));
 }
 
 }  // namespace

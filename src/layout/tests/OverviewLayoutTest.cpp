@@ -108,11 +108,6 @@ TEST(OverviewLayoutResolver, PartExampleKeepsFirstCpuAtLargeAndAppendsTheRest) {
               "disk:medium pawreport:medium weather:wide(hidden)");
 }
 
-TEST(OverviewLayoutResolver, FutureSchemaFallsBackToTheDefault) {
-    const auto stored = OverviewLayout::decode(R"({"version":9,"cards":[{"id":"cpu","size":"large"}]})");
-    EXPECT_EQ(OverviewLayoutResolver::resolve(stored, {}, registry()), defaults());
-}
-
 TEST(OverviewLayoutResolver, V0MigrationHidesLegacyIdsAndIgnoresUnknownOnes) {
     const auto layout =
         OverviewLayoutResolver::resolve(std::nullopt, {"gpu", "battery", "bogus"}, registry());
