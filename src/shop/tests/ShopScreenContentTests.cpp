@@ -127,62 +127,40 @@ TEST_F(EngineFixture, WalletWordsComeFromTheRules) {
 }
 
 TEST(CatalogCard, EachStatusHasItsActionAndWords) {
+    using K = ItemStatus::Kind;
+    using A = CatalogCard::Action;
     struct Row {
         std::string id;
         ItemStatus status;
         int64_t balance, streak;
-        CatalogCard::Action action;
-        std::string label, note, highlight;
-        bool tryOn, secret;
+        struct {
+            CatalogCard::Action action;
+            std::string label, note, highlight;
+            bool tryOn, secret;
+        } want;
     };
-    using K = ItemStatus::Kind;
-    using A = CatalogCard::Action;
+    const std::string perk = "Earns 10% more Paw-time Fish while equipped";
     const std::vector<Row> rows = {
-        {"shiba", {K::needsFish, 1}, 249, 0, A::none, "", "1 more Fish", "", true, false},
-        {"shiba", {K::canBuy}, 250, 0, A::buy, "Buy", "", "", true, false},
-        {"shiba", {K::owned}, 0, 0, A::equip, "Equip", "", "", false, false},
-        {"cat", {K::equipped}, 0, 0, A::none, "", "Equipped", "", false, false},
-        {"maneki",
-         {K::canBuy},
-         5000,
-         0,
-         A::buy,
-         "Buy",
-         "",
-         "Earns 10% more Paw-time Fish while equipped",
-         true,
-         false},
-        {"goldenCat",
-         {K::notForSale},
-         99999,
-         12,
-         A::none,
-         "",
-         "Day 12 of 30",
-         "A secret. Keep your streak going.",
-         false,
-         true},
-        {"goldenCat",
-         {K::owned},
-         0,
-         31,
-         A::equip,
-         "Equip",
-         "",
-         "30 days in a row. The legend is yours.",
-         false,
-         false},
+        {"shiba", {K::needsFish, 1}, 249, 0, {A::none, "", "1 more Fish", "", true, false}},
+        {"shiba", {K::canBuy}, 250, 0, {A::buy, "Buy", "", "", true, false}},
+        {"shiba", {K::owned}, 0, 0, {A::equip, "Equip", "", "", false, false}},
+        {"cat", {K::equipped}, 0, 0, {A::none, "", "Equipped", "", false, false}},
+        {"maneki", {K::canBuy}, 5000, 0, {A::buy, "Buy", "", perk, true, false}},
+        {"goldenCat", {K::notForSale}, 99999, 12,
+         {A::none, "", "Day 12 of 30", "A secret. Keep your streak going.", false, true}},
+        {"goldenCat", {K::owned}, 0, 31,
+         {A::equip, "Equip", "", "30 days in a row. The legend is yours.", false, false}},
     };
     for (const Row& r : rows) {
         SCOPED_TRACE(r.id + " " + std::to_string(r.balance));
         const CatalogCard c =
             describeCatalogItem(*Catalog::item(r.id), r.status, r.balance, r.streak, false);
-        EXPECT_EQ(c.action, r.action);
-        EXPECT_EQ(c.actionLabel, r.label);
-        EXPECT_EQ(c.note, r.note);
-        EXPECT_EQ(c.highlight, r.highlight);
-        EXPECT_EQ(c.canTryOn, r.tryOn);
-        EXPECT_EQ(c.secret, r.secret);
+        EXPECT_EQ(c.action, r.want.action);
+        EXPECT_EQ(c.actionLabel, r.want.label);
+        EXPECT_EQ(c.note, r.want.note);
+        EXPECT_EQ(c.highlight, r.want.highlight);
+        EXPECT_EQ(c.canTryOn, r.want.tryOn);
+        EXPECT_EQ(c.secret, r.want.secret);
     }
     EXPECT_EQ(purchaseQuestion(*Catalog::item("shiba")), "Adopt Kibo for 250 Fish?");
     const CatalogCard trying =
