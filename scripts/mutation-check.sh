@@ -13,9 +13,10 @@ set -uo pipefail
 here=$(cd "$(dirname "$0")/.." && pwd)
 root=${ROOT:-$here}
 preset=${PRESET:-release}
-cd "$root" || exit 2
-patches=("$@")
+patches=()
+for patch in "$@"; do patches+=("$(realpath "$patch")"); done
 if [ ${#patches[@]} -eq 0 ]; then patches=("$here"/tests/mutations/*.patch); fi
+cd "$root" || exit 2
 log=$(mktemp)
 trap 'rm -f "$log"' EXIT
 
