@@ -1,5 +1,8 @@
 // The alert rules stepped over scripted timelines: each step is a time offset, the readings (or
-// an event), whether the panel is open, and the decisions expected in a compact form.
+// an event), whether the panel is open, and the decisions expected in a compact form. The
+// timelines of the built-in notification script (the cooldown and budget of the temperature
+// alert, a hold while the panel is open, a full battery, the busiest process, missing data) are
+// replayed in NotificationScriptTests; these are the cases it leaves out.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -49,48 +52,12 @@ std::vector<std::vector<Decision>> play(AlertRules& rules, const std::vector<Ste
 }
 
 const SyntheticSample calm{};
-const SyntheticSample onBattery = calm.withBattery(80);
 
 Prefs everythingOn() {
     Prefs p;
     p.highCPU = true;
     p.batteryFull = true;
     return p;
-}
-
-TEST(AlertRules, ThermalSeriousThenCooldownThenBudgetThenPosts) {
-    AlertRules rules(everythingOn(), "Miso");
-    const SyntheticSample hot = calm.withTemperature(97, ThermalState::serious);
-    const SyntheticSample cool = calm.withTemperature(80);
-    // Four other alerts, an hour after the first post so that it no longer counts.
-    const SyntheticSample trouble = calm.withBattery(9)
-                                        .withRootFree(6)
-                                        .withPressure(MemoryPressure::critical)
-                                        .withCpu(0.95);
-    const SyntheticSample hotTrouble = trouble.withTemperature(97, ThermalState::serious);
-    const SyntheticSample coolTrouble = trouble.withTemperature(80);
-
-    auto decisions = play(rules, {
-        {0, hot, false, "post highTemperature"},
-        {60, hot, false, ""},             // disarmed: nothing while it stays hot
-        {120, cool, false, ""},           // below 90 °C: re-armed
-        {600, hot, false, "suppressed highTemperature: cooldown 30 min"},
-        {660, hot, false, ""},
-        {700, cool, false, ""},
-        {3700, trouble, false, "post batteryLow | post diskAlmostFull"},
-        {3710, trouble, false, "post memoryCritical"},
-        {3820, trouble, false, "post highCPU"},
-        {3900, hotTrouble, false, "suppressed highTemperature: alert budget 4/h"},
-        {3950, coolTrouble, false, ""},
-        {7299, hotTrouble, false, "suppressed highTemperature: alert budget 4/h"},
-        {7299.5, coolTrouble, false, ""},
-        {7300, hotTrouble, false, "post highTemperature"},
-    });
-    EXPECT_EQ(decisions[0][0].alert.title, "Miso is overheating");
-    EXPECT_EQ(decisions[0][0].alert.body, "It's 97°C in here. Maybe close something heavy?");
-    EXPECT_FALSE(rules.isArmed(AlertKind::highTemperature));
-    // The two 3700 s posts left the window at exactly one hour; 3710, 3820 and 7300 remain.
-    EXPECT_EQ(rules.postsInBudget(AlertBudget::alert), 3u);
 }
 
 TEST(AlertRules, TemperatureLevelsHaveAGapAndALongCompileNeverAlerts) {
@@ -146,21 +113,6 @@ TEST(AlertRules, BatteryLowIsQuietWhilePluggedInOrCharging) {
     });
 }
 
-TEST(AlertRules, PanelOpenHoldsAMetricAlertAndPostsOnClose) {
-    AlertRules rules(Prefs{}, "Miso");
-    const SyntheticSample low = calm.withBattery(9);
-    play(rules, {
-        {0, low, true, "suppressed batteryLow: panel open (held, stays armed)"},
-        {2, low, true, ""},
-        {4, low, true, ""},
-    });
-    EXPECT_TRUE(rules.isArmed(AlertKind::batteryLow));
-    EXPECT_TRUE(rules.isHeld(AlertKind::batteryLow));
-    play(rules, {{6, low, false, "post batteryLow"}});
-    EXPECT_FALSE(rules.isHeld(AlertKind::batteryLow));
-    EXPECT_FALSE(rules.isArmed(AlertKind::batteryLow));
-}
-
 TEST(AlertRules, AHeldAlertWhoseConditionEndsWhileOpenNeverPosts) {
     AlertRules rules(Prefs{}, "Miso");
     play(rules, {
@@ -172,22 +124,6 @@ TEST(AlertRules, AHeldAlertWhoseConditionEndsWhileOpenNeverPosts) {
         {600, calm.withBattery(9), true, ""},
         {602, calm.withBattery(9), false, "post batteryLow"},
     });
-}
-
-TEST(AlertRules, BatteryFullPostsOnceAndRepeatsOnlyAfterFallingBelow95) {
-    AlertRules rules(everythingOn(), "Miso");
-    auto d = play(rules, {
-        {0, calm.withBattery(96, true, true), false, ""},
-        {60, calm.withBattery(99, true, true), false, ""},
-        {120, calm.withBattery(100, true, true), false, "post batteryFull"},
-        {180, calm.withBattery(100, true, false, true), false, ""},
-        {3000, calm.withBattery(97), false, ""},  // unplugged, still above 95
-        {3060, calm.withBattery(100, true, false, true), false, ""},
-        {6000, calm.withBattery(94), false, ""},  // re-armed
-        {9000, calm.withBattery(100, true, false, true), false, "post batteryFull"},
-    });
-    EXPECT_EQ(d[2][0].alert.title, "Fully charged");
-    EXPECT_EQ(d[2][0].alert.body, "Battery is at 100%. You can unplug whenever you like.");
 }
 
 TEST(AlertRules, BatteryHeldAtAChargeLimitReportsFullOnlyOnce) {
@@ -240,27 +176,6 @@ TEST(AlertRules, DiskAlmostFullAtMostOncePerDayAndReArmsTwoGigabytesAbove) {
     EXPECT_EQ(d[0][0].alert.body, "5.59 GB free. Time for a little spring cleaning.");
 }
 
-TEST(AlertRules, HighCPUNamesTheBusiestProcessAtFiringTime) {
-    AlertRules rules(everythingOn(), "Miso");
-    rules.setOwnProcessId(4242);
-    const auto busy = calm.withCpu(0.94);
-    auto d = play(rules, {
-        {0, busy.withProcesses({{100, "make", 90}}), false, ""},
-        {60, busy.withProcesses({{100, "make", 20}, {101, "cc1plus", 95}}), false, ""},
-        {119.9, busy.withProcesses({{101, "cc1plus", 95}}), false, ""},
-        {120, busy.withProcesses({{4242, "trotlet", 300}, {102, "ld", 99}, {101, "cc1plus", 3}}),
-         false, "post highCPU"},
-        {200, calm.withCpu(0.85), false, ""},  // below the threshold, not below 0.8
-        {3000, busy, false, ""},
-        {3200, calm.withCpu(0.79), false, ""},  // re-armed
-        {3300, busy, false, ""},               // the hold starts again
-        {3420, busy, false, "post highCPU"},
-    });
-    EXPECT_EQ(d[3][0].alert.title, "Miso has the zoomies.");
-    EXPECT_EQ(d[3][0].alert.body, "CPU at 94% for 2 min. ld is the busiest.");
-    EXPECT_EQ(d[8][0].alert.body, "CPU at 94% for 2 min.");
-}
-
 TEST(AlertRules, HighCPUHoldRestartsAfterADipAndIsOffByDefault) {
     AlertRules off(Prefs{}, "Miso");
     play(off, {{0, calm.withCpu(1.0), false, ""}, {600, calm.withCpu(1.0), false, ""}});
@@ -275,23 +190,6 @@ TEST(AlertRules, HighCPUHoldRestartsAfterADipAndIsOffByDefault) {
         {229, calm.withCpu(0.95), false, ""},
         {230, calm.withCpu(0.95), false, "post highCPU"},
     });
-}
-
-TEST(AlertRules, MissingDataSkipsRulesWithoutChangingState) {
-    AlertRules rules(everythingOn(), "Miso");
-    play(rules, {
-        {0, calm.withBattery(9).withPressure(MemoryPressure::critical).withRootFree(5), false,
-         "post batteryLow | post diskAlmostFull"},
-    });
-    // No battery record, unknown pressure, a root volume with no size: nothing moves.
-    const auto blind = calm.withoutBattery().withPressure(MemoryPressure::unknown).withRootFree(
-        std::nullopt);
-    play(rules, {{5, blind, false, ""}, {20, blind, false, ""}});
-    EXPECT_FALSE(rules.isArmed(AlertKind::batteryLow));
-    EXPECT_FALSE(rules.isArmed(AlertKind::diskAlmostFull));
-    EXPECT_EQ(rules.memoryCriticalSince(), at(0));
-    // The memory hold kept running through the unknown samples.
-    play(rules, {{20.5, calm.withPressure(MemoryPressure::critical), false, "post memoryCritical"}});
 }
 
 TEST(AlertRules, AchievementWhilePanelOpenIsDroppedNotHeld) {
