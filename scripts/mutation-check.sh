@@ -41,7 +41,9 @@ for patch in "${patches[@]}"; do
     else
         pattern=$(IFS='|'; echo "${labels[*]}")
         ctest --preset "$preset" -L "^($pattern)\$" >"$log" 2>&1
-        caught=$(sed -n 's/^[[:space:]]*[0-9]* - \(.*\) (Failed)$/\1/p' "$log" | paste -sd, - | sed 's/,/, /g')
+        # A parameterised test's name comes with a dump of its parameter after "  # ".
+        caught=$(sed -n 's/^[[:space:]]*[0-9]* - \(.*\) (Failed)$/\1/p' "$log" | sed 's/  # .*//' |
+            paste -sd, - | sed 's/,/, /g')
         if [ -n "$caught" ]; then
             echo "$name: caught by $caught"
         else
