@@ -153,13 +153,24 @@ TEST_F(PersistenceFixture, EachNoticeSaysWhatHappenedAndNamesTheKeptFile) {
 }
 
 TEST_F(PersistenceFixture, TheDailyBackupIsKeptAsideBeforeAStateThatDoesNotCarryItOn) {
+    // A history the new state does not continue, and a backup that cannot be read at all: both
+    // are the user's to recover from, so neither is written over.
     const std::string good = ShopStateCodec::encode(someHistory());
-    auto s = store();
-    s.loadResult();
-    spit(backup(), good);
-    now += FileShopPersistence::backupIntervalSeconds;
-    ASSERT_TRUE(s.save(ShopState::fresh(now, 9)));
-    EXPECT_EQ(slurp(dir / "shop.backup.20261002-090000.json"), good);
+    for (const std::string& earlier : {good, good.substr(0, good.size() / 2)}) {
+        SCOPED_TRACE(earlier.size() == good.size() ? "another history" : "an unreadable backup");
+        fs::remove_all(dir);
+        fs::create_directories(dir);
+        auto s = store();
+        s.loadResult();
+        spit(backup(), earlier);
+        now += FileShopPersistence::backupIntervalSeconds;
+        ASSERT_TRUE(s.save(ShopState::fresh(now, 9)));
+        std::vector<std::string> keptAside;
+        for (const auto& entry : fs::directory_iterator(dir))
+            if (entry.path().filename().string().starts_with("shop.backup.2"))
+                keptAside.push_back(slurp(entry.path()));
+        EXPECT_EQ(keptAside, std::vector<std::string>{earlier});
+    }
 }
 
 TEST(ShopHistory, OnlyAStateThatCarriesTheHistoryOnContinuesIt) {
