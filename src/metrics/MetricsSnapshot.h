@@ -178,7 +178,9 @@ struct ThermalMetrics {
     std::optional<double> socC;
     std::vector<TemperatureSensor> sensors;
     std::vector<FanReading> fans;
-    std::optional<std::int64_t> fanCount;  // 0: sensors readable but no fan reported; absent: unknown
+    // The fans found, with or without a speed this time (`fans` holds those with one); 0:
+    // sensors readable but no fan reported; absent: unknown.
+    std::optional<std::int64_t> fanCount;
     std::optional<double> systemPowerW;
     std::optional<std::string> source;  // "hwmon" or "thermal_zone"
 
