@@ -1,6 +1,11 @@
 #include "snapshot/DetailScenes.h"
 
 #include <cmath>
+#include <functional>
+
+#include <QApplication>
+#include <QScrollArea>
+#include <QScrollBar>
 
 #include "metrics/DayHistory.h"
 #include "metrics/FixtureProvider.h"
@@ -97,8 +102,15 @@ namespace {
 
 class DetailStage : public SceneStage {
 public:
-    DetailStage(MetricsFixture fixture, panel::MetricDetail detail, panel::ChartRange range)
-        : rig_(fixture), window_(rig_.model(), rig_.theme()) {
+    // `adjust` changes the fixture's sample before the screen opens.
+    DetailStage(MetricsFixture fixture, panel::MetricDetail detail, panel::ChartRange range,
+                std::function<void(metrics::MetricsSnapshot&)> adjust = {}, bool atEnd = false)
+        : rig_(fixture), window_(rig_.model(), rig_.theme()), atEnd_(atEnd) {
+        if (adjust) {
+            metrics::MetricsSnapshot sample = rig_.sample();
+            adjust(sample);
+            rig_.model().setSample(sample, metrics::MetricKinds::all);
+        }
         fillSceneDay(day_, fixture);
         rig_.model().setDayHistory(&day_);
         rig_.model().setChartRange(range);
@@ -113,14 +125,24 @@ public:
         window_.header().setAnimating(false);
         window_.setAttribute(Qt::WA_DontShowOnScreen);
         window_.show();
-        ui::openDetail(window_, rig_.model(), rig_.theme(), detail);
+        view_ = ui::openDetail(window_, rig_.model(), rig_.theme(), detail);
     }
-    QImage render(panel::ColorScheme scheme) override { return rig_.render(window_, scheme); }
+    QImage render(panel::ColorScheme scheme) override {
+        if (atEnd_ && view_) {
+            // The last blocks, scrolled into view once the screen has laid itself out.
+            QApplication::processEvents();
+            QScrollBar* bar = view_->scrollArea().verticalScrollBar();
+            bar->setValue(bar->maximum());
+        }
+        return rig_.render(window_, scheme);
+    }
 
 private:
     SceneRig rig_;
     metrics::DayHistory day_;
     ui::PanelWindow window_;
+    ui::DetailView* view_ = nullptr;
+    bool atEnd_ = false;
 };
 
 }  // namespace
@@ -144,6 +166,18 @@ void addDetailScenes(std::vector<Scene>& scenes) {
                           return std::make_unique<DetailStage>(MetricsFixture::desktop,
                                                                panel::MetricDetail::battery,
                                                                panel::ChartRange::live);
+                      }});
+    // A network share that stopped answering sits among volumes that did.
+    scenes.push_back({"panel-detail-disk-share-not-responding", [] {
+                          return std::make_unique<DetailStage>(
+                              MetricsFixture::normal, panel::MetricDetail::disk,
+                              panel::ChartRange::live, [](metrics::MetricsSnapshot& s) {
+                                  metrics::VolumeInfo share;
+                                  share.name = "nas";
+                                  share.path = "/mnt/nas";
+                                  s.disks.volumes.push_back(share);
+                              },
+                              true);
                       }});
     scenes.push_back({"panel-detail-cpu-24h", [] {
                           return std::make_unique<DetailStage>(MetricsFixture::normal,
