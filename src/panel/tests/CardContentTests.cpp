@@ -33,8 +33,12 @@ TEST(CardContent, EveryCardAtEverySizeKeepsItsPromises) {
                 const auto rules = rulesFor(size);
                 EXPECT_EQ(c.title, kind.title);
                 EXPECT_LE(c.facts.size(), rules.facts);
-                if (!rules.chart) EXPECT_FALSE(c.chart);
-                if (!rules.bars) EXPECT_TRUE(c.bars.empty());
+                if (!rules.chart) {
+                    EXPECT_FALSE(c.chart);
+                }
+                if (!rules.bars) {
+                    EXPECT_TRUE(c.bars.empty());
+                }
                 EXPECT_FALSE(c.accessibleValue.empty());
                 if (c.standIn) {
                     EXPECT_TRUE(c.value.empty());

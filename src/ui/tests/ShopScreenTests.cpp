@@ -274,7 +274,9 @@ TEST_F(ShopScreenTest, EverySymbolTheShopNamesIsDrawn) {
                               .highlightSymbol);
     }
     for (const std::string& symbol : symbols)
-        if (!symbol.empty()) EXPECT_TRUE(Icons::has(symbol)) << symbol;
+        if (!symbol.empty()) {
+            EXPECT_TRUE(Icons::has(symbol)) << symbol;
+        }
 }
 
 TEST_F(ShopScreenTest, OnlyThePreviewsInViewMove) {
