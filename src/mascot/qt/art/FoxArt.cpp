@@ -109,14 +109,9 @@ public:
         pose.legs = {0.7, 0.6, -0.7, -0.6};
         pose.tailLift = 1.0;
         pose.tongue = false;
-        Anchors a = figure(rig, pose);
+        const Anchors a = figure(rig, pose);
         p.restore();
-        a.head = t.map(a.head);
-        a.back = t.map(a.back);
-        a.crown = t.map(*a.crown);
-        a.brow = t.map(*a.brow);
-        a.tilt = angle;
-        return a;
+        return a.mapped(t, angle);
     }
 
 private:

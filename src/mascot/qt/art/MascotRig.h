@@ -7,6 +7,7 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <QPointF>
+#include <QTransform>
 
 #include "mascot/MascotAccessories.h"
 #include "mascot/MascotMood.h"
@@ -62,6 +63,16 @@ struct Anchors {
     QPointF gripPoint() const { return grip.value_or(back); }
     QPointF browPoint() const {
         return brow.value_or(head + QPointF(-headRadius * 1.15, -headRadius * 0.75));
+    }
+    // The anchors of a figure drawn under `t` (a lean or a rear), with the head tilted by it.
+    Anchors mapped(const QTransform& t, qreal tiltDegrees) const {
+        Anchors a = *this;
+        a.head = t.map(head);
+        a.back = t.map(back);
+        for (auto* point : {&a.crown, &a.grip, &a.brow})
+            if (*point) *point = t.map(**point);
+        a.tilt = tiltDegrees;
+        return a;
     }
 };
 

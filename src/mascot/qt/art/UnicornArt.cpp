@@ -64,14 +64,9 @@ public:
         pose.frontBend = -1.9;
         pose.flow = 1.0 + rig.wave() * 0.5;
         pose.neck = 0.5;
-        Anchors a = figure(rig, pose);
+        const Anchors a = figure(rig, pose);
         p.restore();
-        a.head = t.map(a.head);
-        a.back = t.map(a.back);
-        a.crown = t.map(*a.crown);
-        a.brow = t.map(*a.brow);
-        a.tilt = angle;
-        return a;
+        return a.mapped(t, angle);
     }
 
 private:
