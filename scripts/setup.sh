@@ -9,7 +9,7 @@ packages=(
   # toolchain
   g++ cmake ninja-build pkg-config git
   # libraries
-  qt6-base-dev qt6-base-dev-tools nlohmann-json3-dev libx11-dev libxss-dev libcld2-dev
+  qt6-base-dev qt6-base-dev-tools qt6-base-private-dev nlohmann-json3-dev libx11-dev libxss-dev libcld2-dev
   libssl-dev libgtest-dev libgmock-dev
   # packaging: CPack's dependency scan, and the desktop-file and AppStream checkers
   dpkg-dev file desktop-file-utils appstream

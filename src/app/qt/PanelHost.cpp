@@ -56,6 +56,7 @@
 #include "ui/processes/ProcessesScreen.h"
 #include "ui/settings/SettingsController.h"
 #include "ui/settings/SettingsView.h"
+#include "ui/theme/FontEngines.h"
 #include "ui/theme/ThemeStore.h"
 #include "updates/PanelNotice.h"
 #include "updates/qt/InstallOfferStore.h"
@@ -516,6 +517,7 @@ void PanelHost::release() {
     window_.reset();
     processes_ = nullptr;
     model_.reset();
+    ui::dropUnusedFontEngines();
 #ifdef __GLIBC__
     // The window's allocations sat between longer-lived ones; hand the freed pages back now
     // rather than keep them for a panel that may not open again for hours.
