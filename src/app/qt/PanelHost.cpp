@@ -517,6 +517,8 @@ void PanelHost::release() {
     window_.reset();
     processes_ = nullptr;
     model_.reset();
+    // What the window's teardown left to the event loop goes first, with the fonts it held.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     ui::dropUnusedFontEngines();
 #ifdef __GLIBC__
     // The window's allocations sat between longer-lived ones; hand the freed pages back now
