@@ -15,14 +15,13 @@
 #include <QPainter>
 #include <QTimer>
 
-#include <sys/resource.h>
-
 #include <algorithm>
 #include <cstdio>
 #include <string>
 #include <vector>
 
 #include "panel/HeaderContent.h"
+#include "platform/linux/OwnCpuTime.h"
 #include "sky/qt/SkyBackdrop.h"
 #include "snapshot/SceneFixtures.h"
 #include "snapshot/SceneRig.h"
@@ -32,13 +31,6 @@
 namespace {
 
 using namespace trotlet;
-
-double cpuSeconds() {
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    return double(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) +
-           double(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
-}
 
 void showForecast(ui::PanelModel& model, std::optional<int> code, sky::SkyPhase phase) {
     const auto at = snapshot::scenePhaseTime(phase, code.has_value());
@@ -154,13 +146,13 @@ int main(int argc, char** argv) {
         settle.start();
         while (settle.elapsed() < 1000) app.processEvents(QEventLoop::AllEvents, 50);
         counter.paints = 0;
-        const double cpu0 = cpuSeconds();
+        const double cpu0 = platform::ownCpuSeconds();
         QElapsedTimer wall;
         wall.start();
         QTimer::singleShot(int(seconds * 1000), &app, &QCoreApplication::quit);
         app.exec();
         const double elapsed = double(wall.elapsed()) / 1000.0;
-        const double cpu = cpuSeconds() - cpu0;
+        const double cpu = platform::ownCpuSeconds() - cpu0;
         const auto* sky = window.header().findChild<sky::SkyBackdrop*>();
         char entry[200];
         std::snprintf(

@@ -4,8 +4,6 @@
 //
 //   build/release/src/ui/shop_bench            (offscreen)
 //   xvfb-run build/release/src/ui/shop_bench -platform xcb
-#include <sys/resource.h>
-
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QScrollArea>
@@ -15,6 +13,7 @@
 #include <cstdio>
 #include <memory>
 
+#include "platform/linux/OwnCpuTime.h"
 #include "shop/Catalog.h"
 #include "shop/ShopDemoStates.h"
 #include "shop/ShopPersistence.h"
@@ -34,22 +33,15 @@ namespace {
 
 using namespace trotlet;
 
-double cpuSeconds() {
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    return double(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) +
-           double(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
-}
-
 // Runs the event loop for a while; returns the CPU used as a share of one core.
 double cpuShareOver(int ms) {
-    const double before = cpuSeconds();
+    const double before = platform::ownCpuSeconds();
     QElapsedTimer wall;
     wall.start();
     QEventLoop loop;
     QTimer::singleShot(ms, &loop, &QEventLoop::quit);
     loop.exec();
-    return (cpuSeconds() - before) / (double(wall.nsecsElapsed()) / 1e9);
+    return (platform::ownCpuSeconds() - before) / (double(wall.nsecsElapsed()) / 1e9);
 }
 
 double msToShowShop(ui::PanelWindow& window) {
