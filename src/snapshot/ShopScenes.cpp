@@ -69,8 +69,10 @@ public:
           shop_(demoShop(demo, &clock_)),
           window_(rig_.model(), rig_.theme()) {
         shop_->setPanelOpen(true);
-        screen_ = ui::installShop(window_, rig_.model(), *shop_, rig_.theme());
-        screen_->setAnimating(false);
+        ui::installShop(window_, rig_.model(), *shop_, rig_.theme(), [this](ui::ShopScreen& built) {
+            screen_ = &built;
+            screen_->setAnimating(false);
+        });
         window_.header().setAnimating(false);
         feedModel(rig_.model(), *shop_);
         window_.showTab(panel::PanelTab::shop);

@@ -275,7 +275,9 @@ void PanelHost::build() {
     });
     connect(model_.get(), &ui::PanelModel::petRequested, this,
             [this] { app_.shop().handle(shop::EconomyEvent::pet); });
-    buildProcesses();
+    // Processes, the Shop and Settings are built when their tab is first shown: most opens
+    // are a glance at the Overview.
+    window_->setTabScreen(panel::PanelTab::processes, [this] { return buildProcesses(); });
 
     // The model follows the live stores while the window exists.
     connect(&app_.store(), &metrics::MetricsStore::updated, model_.get(), [this] {
@@ -289,13 +291,15 @@ void PanelHost::build() {
     });
     // The Shop tab and the Golden Fish in the header. A mascot tried on is the animator's to
     // draw, in the menu bar and (through the model) in the header.
-    auto* shopScreen = ui::installShop(*window_, *model_, app_.shop(), *theme_);
-    connect(shopScreen, &ui::ShopScreen::tryOnRequested, this, [this](const QString& id) {
-        const auto until = std::chrono::system_clock::now() +
-                           std::chrono::milliseconds(std::lround(shop::tryOnSeconds * 1000));
-        app_.animator().tryOn(id.toStdString(), until);
+    ui::installShop(*window_, *model_, app_.shop(), *theme_, [this](ui::ShopScreen& screen) {
+        connect(&screen, &ui::ShopScreen::tryOnRequested, this, [this](const QString& id) {
+            const auto until = std::chrono::system_clock::now() +
+                               std::chrono::milliseconds(std::lround(shop::tryOnSeconds * 1000));
+            app_.animator().tryOn(id.toStdString(), until);
+        });
+        connect(&screen, &ui::ShopScreen::tryOnStopped, this,
+                [this] { app_.animator().endTryOn(); });
     });
-    connect(shopScreen, &ui::ShopScreen::tryOnStopped, this, [this] { app_.animator().endTryOn(); });
     connect(&app_.animator(), &mascot::MascotAnimator::drawnMascotChanged, model_.get(), [this] {
         if (isOpen()) feedMascot();
     });
@@ -305,14 +309,16 @@ void PanelHost::build() {
     connect(&app_, &AppModel::motionPolicyChanged, model_.get(),
             [this] { model_->setReduceMotion(app_.motionReduced()); });
     if (updates_) connectUpdates();
-    settingsView_ = new ui::SettingsView(*model_, *theme_, *controller_);
-    window_->setTabScreen(panel::PanelTab::settings, settingsView_);
+    window_->setTabScreen(panel::PanelTab::settings, [this] {
+        settingsView_ = new ui::SettingsView(*model_, *theme_, *controller_);
+        return settingsView_;
+    });
     if (panel::opensOnStart(settings_.general())) showOnboarding();
     builtSinceShown_ = true;
     debugLog("panel built");
 }
 
-void PanelHost::buildProcesses() {
+QWidget* PanelHost::buildProcesses() {
     // Fixture and mock rows carry made-up PIDs that must never be signalled for real.
     const bool realProcesses = !options_.fixture && !options_.mock;
     std::unique_ptr<processes::ProcessControl> control;
@@ -337,7 +343,7 @@ void PanelHost::buildProcesses() {
         app_.store().setProcessListVisible(shown);
         debugLog(shown ? "processes: full list on" : "processes: full list off");
     });
-    window_->setTabScreen(panel::PanelTab::processes, screen);
+    return screen;
 }
 
 void PanelHost::feedSample() {

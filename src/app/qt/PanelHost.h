@@ -94,7 +94,7 @@ private:
     void feedWeather();
     void feedNotice();
     void connectUpdates();
-    void buildProcesses();
+    QWidget* buildProcesses();  // the Processes screen, with its controller
     void wireSettings();
     void perform(panel::RowAction action);
     void updateShortcutFacts();

@@ -75,7 +75,9 @@ int main(int argc, char** argv) {
 
     ui::PanelWindow window(rig.model(), rig.theme());
     window.header().setAnimating(false);
-    ui::ShopScreen* screen = ui::installShop(window, rig.model(), runtime, rig.theme());
+    ui::ShopScreen* screen = nullptr;  // built by the first showing, as in the app
+    ui::installShop(window, rig.model(), runtime, rig.theme(),
+                    [&screen](ui::ShopScreen& built) { screen = &built; });
     window.show();
     QApplication::processEvents();
 

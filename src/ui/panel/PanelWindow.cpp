@@ -7,6 +7,8 @@
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
+#include <utility>
+
 #include "panel/PanelTabs.h"
 #include "sky/qt/SkyBackdrop.h"
 #include "ui/overview/OverviewView.h"
@@ -140,6 +142,7 @@ panel::PanelTab PanelWindow::currentTab() const { return tabs_->current(); }
 
 void PanelWindow::showTab(panel::PanelTab tab) {
     if (detail_ && tab != panel::PanelTab::overview) popDetail();
+    if (auto make = std::exchange(makers_[std::size_t(tab)], nullptr)) setTabScreen(tab, make());
     tabs_->setCurrent(tab);
     stack_->setCurrentWidget(screens_[std::size_t(tab)]);
     fitToContent();
@@ -147,6 +150,7 @@ void PanelWindow::showTab(panel::PanelTab tab) {
 }
 
 void PanelWindow::setTabScreen(panel::PanelTab tab, QWidget* screen) {
+    makers_[std::size_t(tab)] = nullptr;
     QWidget*& slot = screens_[std::size_t(tab)];
     const bool current = stack_->currentWidget() == slot;
     stack_->removeWidget(slot);
@@ -155,6 +159,14 @@ void PanelWindow::setTabScreen(panel::PanelTab tab, QWidget* screen) {
     stack_->insertWidget(int(tab), screen);
     if (current) stack_->setCurrentWidget(screen);
     fitToContent();
+}
+
+void PanelWindow::setTabScreen(panel::PanelTab tab, std::function<QWidget*()> makeOnFirstShow) {
+    if (currentTab() == tab) {
+        setTabScreen(tab, makeOnFirstShow());
+        return;
+    }
+    makers_[std::size_t(tab)] = std::move(makeOnFirstShow);
 }
 
 void PanelWindow::setCover(QWidget* cover) {

@@ -3,6 +3,7 @@
 #include <QWidget>
 
 #include <array>
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -25,6 +26,8 @@ class ThemeStore;
 // Its height follows the content up to a limit, past which the Overview scrolls. Other screens
 // plug in through `setTabScreen`; a detail view is pushed over the Overview and popped by Back
 // (Escape or Alt+Left), which returns to the Overview at the scroll it had.
+// A screen can also be handed over as a maker that runs when its tab is first shown, so a
+// panel opened only for the Overview never builds, paints or keeps the others.
 class PanelWindow : public QWidget {
     Q_OBJECT
 public:
@@ -40,6 +43,7 @@ public:
     void showTab(panel::PanelTab tab);
     // Replaces a tab's placeholder with its screen; the window owns it.
     void setTabScreen(panel::PanelTab tab, QWidget* screen);
+    void setTabScreen(panel::PanelTab tab, std::function<QWidget*()> makeOnFirstShow);
     // A view over everything but the header (the welcome tour); the window owns it. None puts
     // the tabs back. While covered, the tab keys do nothing.
     void setCover(QWidget* cover);
@@ -75,6 +79,7 @@ private:
     QScrollArea* scroll_ = nullptr;
     OverviewView* overview_ = nullptr;
     std::array<QWidget*, 4> screens_{};
+    std::array<std::function<QWidget*()>, 4> makers_{};
     QWidget* detail_ = nullptr;
     QWidget* cover_ = nullptr;
     ScrollIndicator* indicator_ = nullptr;

@@ -7,12 +7,15 @@
 
 namespace trotlet::ui {
 
-ShopScreen* installShop(PanelWindow& window, PanelModel& model, shop::ShopRuntime& shop,
-                        const ThemeStore& theme) {
-    auto* screen = new ShopScreen(model, shop, theme);
-    window.setTabScreen(panel::PanelTab::shop, screen);
+void installShop(PanelWindow& window, PanelModel& model, shop::ShopRuntime& shop,
+                 const ThemeStore& theme, std::function<void(ShopScreen&)> built) {
     new GoldenFishView(shop, model, theme, &window.header());
-    return screen;
+    window.setTabScreen(panel::PanelTab::shop,
+                        [&model, &shop, &theme, built = std::move(built)]() -> QWidget* {
+                            auto* screen = new ShopScreen(model, shop, theme);
+                            if (built) built(*screen);
+                            return screen;
+                        });
 }
 
 }  // namespace trotlet::ui

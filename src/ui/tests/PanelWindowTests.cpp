@@ -53,6 +53,32 @@ TEST_F(PanelWindowTest, ControlKeysWalkTheTabs) {
     EXPECT_EQ(window.currentTab(), panel::PanelTab::overview);
 }
 
+TEST_F(PanelWindowTest, ATabScreenIsMadeOnlyWhenItsTabIsFirstShown) {
+    int made = 0;
+    QWidget* screen = nullptr;
+    window.setTabScreen(panel::PanelTab::processes, [&]() -> QWidget* {
+        ++made;
+        return screen = new QWidget;
+    });
+    bool settingsMade = false;
+    window.setTabScreen(panel::PanelTab::settings, [&]() -> QWidget* {
+        settingsMade = true;
+        return new QWidget;
+    });
+    auto* given = new QWidget;
+    window.setTabScreen(panel::PanelTab::settings, given);  // a screen handed over wins
+    EXPECT_EQ(made, 0);
+
+    press(&window, Qt::Key_2, Qt::ControlModifier);
+    press(&window, Qt::Key_1, Qt::ControlModifier);
+    press(&window, Qt::Key_2, Qt::ControlModifier);
+    EXPECT_EQ(made, 1);
+    EXPECT_TRUE(screen->isVisible());
+    press(&window, Qt::Key_4, Qt::ControlModifier);
+    EXPECT_FALSE(settingsMade);
+    EXPECT_TRUE(given->isVisible());
+}
+
 TEST_F(PanelWindowTest, ArrowsFollowTheGridAndEnterOpensTheCard) {
     std::vector<std::string> opened;
     QObject::connect(&window, &PanelWindow::cardActivated,

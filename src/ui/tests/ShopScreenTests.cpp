@@ -54,7 +54,8 @@ struct ShopScreenTest : ::testing::Test {
         shop->setPanelOpen(true);
         window = std::make_unique<PanelWindow>(rig.model(), rig.theme());
         window->header().setAnimating(false);
-        screen = installShop(*window, rig.model(), *shop, rig.theme());
+        installShop(*window, rig.model(), *shop, rig.theme(),
+                    [this](ShopScreen& built) { screen = &built; });
         window->showTab(panel::PanelTab::shop);
         window->show();
         QApplication::setActiveWindow(window.get());

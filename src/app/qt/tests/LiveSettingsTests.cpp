@@ -99,6 +99,7 @@ TEST_F(LiveSettings, IntervalReadingAppearanceAndSaveEnergyTakeEffectAtOnce) {
     auto app = start();
     ASSERT_TRUE(app->isPanelOpen());
     EXPECT_FALSE(app->panel().isShowingOnboarding());
+    EXPECT_EQ(app->panel().settingsView(), nullptr) << "built before its tab was shown";
 
     auto* interval =
         open(*app, panel::SettingsSection::monitoring).row("monitoring.updateInterval")->choice();
