@@ -1,13 +1,13 @@
 #include "sky/qt/SkyPainter.h"
 
-#include <QLinearGradient>
 #include <QPainter>
 #include <QPainterPath>
-#include <QRadialGradient>
 
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+
+#include "ui/theme/Gradients.h"
 
 namespace trotlet::sky {
 namespace {
@@ -128,11 +128,9 @@ void SkyPainter::renderStill(const QSize& pixels, qreal dpr) {
 
 void SkyPainter::paintStill(QPainter& p, const QRectF& area) const {
     const SkyScene& s = scene_;
-    QLinearGradient gradient(area.topLeft(), area.bottomLeft());
-    gradient.setColorAt(0, qc(s.gradient[0]));
-    gradient.setColorAt(0.5, qc(s.gradient[1]));
-    gradient.setColorAt(1, qc(s.gradient[2]));
-    p.fillRect(area, gradient);
+    p.fillRect(area, ui::verticalGradient(area, {{0, qc(s.gradient[0])},
+                                                 {0.5, qc(s.gradient[1])},
+                                                 {1, qc(s.gradient[2])}}));
 
     if (s.starAlpha > 0.01) {
         p.setPen(Qt::NoPen);
@@ -148,12 +146,11 @@ void SkyPainter::paintStill(QPainter& p, const QRectF& area) const {
 
     if (s.sun) {
         const QPointF c = bodyCentre(area, s.clock.progress, s.clock.elevation);
-        QRadialGradient glow(c, 36);
-        glow.setColorAt(0, qc(s.sunColor, 0.5 * s.sunAlpha));
-        glow.setColorAt(1, qc(s.sunColor, 0));
+        const QRectF glow(c - QPointF(36, 36), QSizeF(72, 72));
         p.setPen(Qt::NoPen);
-        p.setBrush(glow);
-        p.drawEllipse(c, 36, 36);
+        p.setBrush(ui::radialGradient(
+            p, glow, {{0, qc(s.sunColor, 0.5 * s.sunAlpha)}, {1, qc(s.sunColor, 0)}}));
+        p.drawEllipse(glow);
         // Through cloud the disc pales rather than fading into the blue.
         p.setBrush(qc(mix(s.sunColor, Rgb::hex(0xFFFFFF), 0.6 * (1 - s.sunAlpha)),
                       0.5 + 0.5 * s.sunAlpha));
@@ -162,21 +159,21 @@ void SkyPainter::paintStill(QPainter& p, const QRectF& area) const {
     if (s.moon) {
         const double height = 1 - std::fabs(s.clock.progress - 0.5) * 2;
         const QPointF c = bodyCentre(area, s.clock.progress, 0.35 + 0.65 * height);
-        QRadialGradient glow(c, 24);
-        glow.setColorAt(0, qc(Rgb::hex(0xDDE4FF), 0.22 * s.moonAlpha));
-        glow.setColorAt(1, qc(Rgb::hex(0xDDE4FF), 0));
+        const QRectF glow(c - QPointF(24, 24), QSizeF(48, 48));
         p.setPen(Qt::NoPen);
-        p.setBrush(glow);
-        p.drawEllipse(c, 24, 24);
+        p.setBrush(ui::radialGradient(p, glow,
+                                      {{0, qc(Rgb::hex(0xDDE4FF), 0.22 * s.moonAlpha)},
+                                       {1, qc(Rgb::hex(0xDDE4FF), 0)}}));
+        p.drawEllipse(glow);
         paintMoon(p, c, 7, s.moonPhase, s.moonAlpha);
     }
 
     if (s.moodTintAlpha > 0) {
-        QLinearGradient glow(area.bottomLeft(),
-                             QPointF(area.left(), area.top() + area.height() * 0.35));
-        glow.setColorAt(0, qc(s.moodTint, s.moodTintAlpha));
-        glow.setColorAt(1, qc(s.moodTint, 0));
-        p.fillRect(area, glow);
+        // Rising from the bottom edge and gone by a third of the way up.
+        const QRectF glow(QPointF(area.left(), area.top() + area.height() * 0.35),
+                          area.bottomRight());
+        p.fillRect(glow, ui::verticalGradient(glow, {{0, qc(s.moodTint, 0)},
+                                                     {1, qc(s.moodTint, s.moodTintAlpha)}}));
     }
 }
 
@@ -211,11 +208,10 @@ void SkyPainter::prepareSprites(const QSizeF& size, qreal dpr) {
         c.sprite = canvas(QSizeF(c.width, height));
         QPainter p(&c.sprite);
         p.setRenderHint(QPainter::Antialiasing);
-        QLinearGradient fill(0, 0, 0, height);
-        fill.setColorAt(0, qc(mix(s.cloudColor, Rgb::hex(0xFFFFFF), 0.12)));
-        fill.setColorAt(1, qc(underside));
         p.setPen(Qt::NoPen);
-        p.setBrush(fill);
+        p.setBrush(ui::verticalGradient(QRectF(0, 0, c.width, height),
+                                        {{0, qc(mix(s.cloudColor, Rgb::hex(0xFFFFFF), 0.12))},
+                                         {1, qc(underside)}}));
         p.setOpacity(s.cloudAlpha * (0.55 + 0.45 * c.depth));
         p.drawPath(cloudShape(c.width, height));
         clouds_.push_back(std::move(c));
@@ -272,13 +268,10 @@ void SkyPainter::paintFog(QPainter& p, const QRectF& area) const {
         const double cy = area.top() + area.height() * (0.4 + 0.25 * i);
         const double cx = area.left() + area.width() * (0.5 + 0.3 * std::sin(i * 2.1));
         const double rx = area.width() * 0.75, ry = area.height() * 0.22;
-        QRadialGradient band(QPointF(0, 0), 1);
-        band.setColorAt(0, qc(scene_.fogColor, scene_.fogAlpha));
-        band.setColorAt(1, qc(scene_.fogColor, 0));
-        QBrush brush(band);
-        brush.setTransform(QTransform::fromScale(rx, ry) * QTransform::fromTranslate(cx, cy));
-        p.setBrush(brush);
-        p.drawEllipse(QPointF(cx, cy), rx, ry);
+        const QRectF band(cx - rx, cy - ry, 2 * rx, 2 * ry);
+        p.setBrush(ui::radialGradient(
+            p, band, {{0, qc(scene_.fogColor, scene_.fogAlpha)}, {1, qc(scene_.fogColor, 0)}}));
+        p.drawEllipse(band);
     }
 }
 

@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <chrono>
 
+#include "ui/theme/Gradients.h"
+
 namespace trotlet::ui {
 
 double Sparkline::scaleTop(double ceiling, const std::vector<metrics::HistoryPoint>& a,
@@ -52,14 +54,11 @@ void Sparkline::paint(QPainter& painter, const QRectF& box,
                 area.lineTo(at(points[end - 1]).x(), box.bottom());
                 area.lineTo(at(points[start]).x(), box.bottom());
                 area.closeSubpath();
-                QLinearGradient shade(box.topLeft(), box.bottomLeft());
                 QColor top = color;
                 top.setAlphaF(0.28);
                 QColor bottom = color;
                 bottom.setAlphaF(0.02);
-                shade.setColorAt(0, top);
-                shade.setColorAt(1, bottom);
-                painter.fillPath(area, shade);
+                painter.fillPath(area, verticalGradient(box, {{0, top}, {1, bottom}}));
             }
             painter.setPen(QPen(color, 1.5, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
             painter.setBrush(Qt::NoBrush);

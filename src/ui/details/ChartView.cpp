@@ -11,6 +11,7 @@
 #include <cmath>
 
 #include "ui/panel/PanelModel.h"
+#include "ui/theme/Gradients.h"
 #include "ui/theme/ThemeStore.h"
 
 namespace trotlet::ui {
@@ -262,14 +263,11 @@ void ChartView::paintChart(QPainter& p) {
                 area.lineTo(xOf(run.back().t), plot.bottom());
                 area.lineTo(xOf(run.front().t), plot.bottom());
                 area.closeSubpath();
-                QLinearGradient shade(plot.topLeft(), plot.bottomLeft());
                 QColor top = color;
                 top.setAlphaF(0.26);
                 QColor bottom = color;
                 bottom.setAlphaF(0.02);
-                shade.setColorAt(0, top);
-                shade.setColorAt(1, bottom);
-                p.fillPath(area, shade);
+                p.fillPath(area, verticalGradient(plot, {{0, top}, {1, bottom}}));
             }
             p.setPen(QPen(color, 1.6, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
             p.setBrush(Qt::NoBrush);

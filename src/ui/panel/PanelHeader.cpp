@@ -13,6 +13,7 @@
 #include "settings/AppSettings.h"
 #include "ui/panel/PanelModel.h"
 #include "ui/theme/Icons.h"
+#include "ui/theme/Gradients.h"
 #include "ui/theme/ThemeStore.h"
 
 namespace trotlet::ui {
@@ -219,10 +220,7 @@ void PanelHeader::paintEvent(QPaintEvent*) {
     if (backdrop_) {
         backdrop_(p, area);
     } else {
-        QLinearGradient sky(area.topLeft(), area.bottomLeft());
-        sky.setColorAt(0, pal.headerTop);
-        sky.setColorAt(1, pal.headerBottom);
-        p.fillRect(area, sky);
+        p.fillRect(area, verticalGradient(area, {{0, pal.headerTop}, {1, pal.headerBottom}}));
     }
     const HeaderColors colors =
         ink_ ? HeaderColors{ink_->text, ink_->textSecondary, ink_->chip, ink_->shadow}

@@ -24,6 +24,7 @@
 #include "ui/settings/PlaceSearchField.h"
 #include "ui/settings/SettingsController.h"
 #include "ui/theme/Icons.h"
+#include "ui/theme/Gradients.h"
 #include "ui/theme/ThemeStore.h"
 #include "weather/WeatherLocation.h"
 
@@ -45,11 +46,9 @@ protected:
         const Palette& pal = theme_.theme().palette();
         QPainter p(this);
         p.setRenderHint(QPainter::Antialiasing);
-        QLinearGradient tile(0, 0, 0, height());
-        tile.setColorAt(0, pal.named("orange").lighter(115));
-        tile.setColorAt(1, pal.named("orange"));
         p.setPen(Qt::NoPen);
-        p.setBrush(tile);
+        p.setBrush(verticalGradient(
+            QRectF(rect()), {{0, pal.named("orange").lighter(115)}, {1, pal.named("orange")}}));
         p.drawRoundedRect(QRectF(rect()), 11, 11);
         Icons::paint(p, QRectF(rect()).adjusted(9, 9, -9, -9), "pawprint.fill", pal.onAccent);
     }

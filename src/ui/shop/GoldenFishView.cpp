@@ -12,6 +12,7 @@
 #include "ui/panel/PanelModel.h"
 #include "ui/shop/ShopMetrics.h"
 #include "ui/shop/ShopPaint.h"
+#include "ui/theme/Gradients.h"
 #include "ui/theme/ThemeStore.h"
 
 namespace trotlet::ui {
@@ -39,12 +40,8 @@ void paintFish(QPainter& p, const QRectF& box, const QColor& gold, const QColor&
     body.moveTo(at(0.02, 0.52));
     body.cubicTo(at(0.14, 0.02), at(0.62, -0.04), at(0.80, 0.5));
     body.cubicTo(at(0.62, 1.04), at(0.14, 0.98), at(0.02, 0.52));
-    QLinearGradient shine(at(0.3, 0), at(0.3, 1));
-    shine.setColorAt(0, gold.lighter(135));
-    shine.setColorAt(0.55, gold);
-    shine.setColorAt(1, gold.darker(125));
     p.setPen(QPen(gold.darker(150), 1.1));
-    p.setBrush(shine);
+    p.setBrush(verticalGradient(box, {{0, gold.lighter(135)}, {0.55, gold}, {1, gold.darker(125)}}));
     p.drawPath(tail.united(body));
     QPainterPath fin;
     fin.moveTo(at(0.36, 0.28));
@@ -228,15 +225,16 @@ void GoldenFishView::paintEvent(QPaintEvent*) {
     p.setOpacity(opacity_);
     const QRectF body = bodyRect();
     // A soft glow so the fish reads on the light and the dark header alike.
-    QRadialGradient glow(body.center(), body.width() * 0.75);
     QColor halo = gold;
     halo.setAlphaF(theme.isDark() ? 0.35 : 0.25);
-    glow.setColorAt(0, halo);
-    halo.setAlphaF(0);
-    glow.setColorAt(1, halo);
+    QColor clear = halo;
+    clear.setAlphaF(0);
+    const QPointF c = body.center();
+    const QPointF radii(body.width() * 0.75, body.height() * 0.9);
+    const QRectF glowBox(c - radii, c + radii);
     p.setPen(Qt::NoPen);
-    p.setBrush(glow);
-    p.drawEllipse(body.center(), body.width() * 0.75, body.height() * 0.9);
+    p.setBrush(radialGradient(p, glowBox, {{0, halo}, {1, clear}}));
+    p.drawEllipse(glowBox);
     if (!model_.reduceMotion()) {
         // A short wake of glints behind the tail, bobbing a little out of step.
         const qreal back = facingRight_ ? -1 : 1;
