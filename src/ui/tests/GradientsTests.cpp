@@ -93,6 +93,9 @@ TEST(Gradients, JustPastTheSpanTheEndColoursHold) {
     // Device rows 36 and 141 lie a pixel or two outside the span, above and below it.
     EXPECT_TRUE(near(image.pixelColor(10, 36), skyStops.front().second));
     EXPECT_TRUE(near(image.pixelColor(10, 141), skyStops.back().second));
+    // A flat span or box gets a plain brush, not an image squeezed to nothing.
+    EXPECT_EQ(verticalGradient(QRectF(0, 5, 10, 0), skyStops).style(), Qt::SolidPattern);
+    EXPECT_EQ(radialGradient(QPainter(), QRectF(), glowStops).style(), Qt::NoBrush);
 }
 
 }  // namespace

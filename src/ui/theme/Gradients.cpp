@@ -57,6 +57,8 @@ std::vector<QRgb> colourTable(const QGradientStops& stops) {
 }  // namespace
 
 QBrush verticalGradient(const QRectF& span, const QGradientStops& stops) {
+    // A flat span has no height to spread the stops over (and no transform to place them).
+    if (!(span.height() > 0)) return QColor::fromRgba(qUnpremultiply(colourAt(stops, 1)));
     QImage strip(1, stripLength, QImage::Format_ARGB32_Premultiplied);
     const double reach = 1 + 2 * stripMargin;
     for (int y = 0; y < stripLength; ++y) {
@@ -65,11 +67,13 @@ QBrush verticalGradient(const QRectF& span, const QGradientStops& stops) {
     }
     QBrush brush(strip);
     const double step = span.height() * reach / stripLength;
-    brush.setTransform(QTransform(1, 0, 0, step, span.left(), span.top() - span.height() * stripMargin));
+    const double top = span.top() - span.height() * stripMargin;
+    brush.setTransform(QTransform(1, 0, 0, step, span.left(), top));
     return brush;
 }
 
 QBrush radialGradient(const QPainter& painter, const QRectF& box, const QGradientStops& stops) {
+    if (box.isEmpty()) return Qt::NoBrush;  // no ellipse to fill
     const QTransform device = painter.deviceTransform();
     auto pixels = [](double length, double scale) {
         return std::clamp(int(std::ceil(length * scale)), 2, largestSide);
