@@ -29,6 +29,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         checkShares(sharesBetween(a.all, b.all));
         for (size_t i = 0; i < std::min(a.cores.size(), b.cores.size()); ++i)
             checkShares(sharesBetween(a.cores[i], b.cores[i]));
+        const auto loads = coreLoadsBetween(a, b);
+        FUZZ_CHECK(loads.empty() || loads.size() == b.cores.size());
+        for (double v : loads) FUZZ_CHECK(std::isfinite(v) && v >= 0 && v <= 1);
     }
     if (auto boot = parseBootTime(before))
         FUZZ_CHECK(metrics::isPlausibleUnixSeconds(double(*boot)));

@@ -7,8 +7,8 @@ namespace trotlet::platform {
 namespace {
 
 bool parseTicks(TextScan& scan, CpuTicks& t) {
-    std::uint64_t* fields[] = {&t.user, &t.nice,    &t.system, &t.idle,
-                               &t.iowait, &t.irq, &t.softirq, &t.steal};
+    std::uint64_t* fields[] = {&t.user,   &t.nice, &t.system,  &t.idle,
+                               &t.iowait, &t.irq,  &t.softirq, &t.steal};
     for (size_t i = 0; i < 8; ++i) {
         auto v = scan.u64();
         if (!v) {
@@ -47,18 +47,45 @@ bool parseProcStat(std::string_view text, CpuStat& out) {
     return haveAll;
 }
 
+std::optional<CpuTicks> ticksBetween(const CpuTicks& a, const CpuTicks& b) {
+    std::uint64_t CpuTicks::*const fields[] = {
+        &CpuTicks::user,   &CpuTicks::nice, &CpuTicks::system,  &CpuTicks::idle,
+        &CpuTicks::iowait, &CpuTicks::irq,  &CpuTicks::softirq, &CpuTicks::steal};
+    CpuTicks d;
+    std::uint64_t sum = 0;
+    for (auto field : fields) {
+        if (b.*field < a.*field) return std::nullopt;
+        d.*field = b.*field - a.*field;
+        if (__builtin_add_overflow(sum, d.*field, &sum)) return std::nullopt;
+    }
+    return d;
+}
+
 std::optional<CpuShares> sharesBetween(const CpuTicks& a, const CpuTicks& b) {
-    const std::uint64_t before[] = {a.user, a.nice, a.system, a.idle, a.iowait, a.irq, a.softirq, a.steal};
-    const std::uint64_t after[] = {b.user, b.nice, b.system, b.idle, b.iowait, b.irq, b.softirq, b.steal};
-    for (size_t i = 0; i < 8; ++i)
-        if (after[i] < before[i]) return std::nullopt;
-    const double total = double(b.total() - a.total());
-    if (total <= 0) return std::nullopt;
+    const auto d = ticksBetween(a, b);
+    if (!d || d->total() == 0) return std::nullopt;
+    // Every part is at most the whole in integers, and converting to double keeps that order.
+    const double total = double(d->total());
     CpuShares s;
-    s.total = double(b.busy() - a.busy()) / total;
-    s.user = double((b.user + b.nice) - (a.user + a.nice)) / total;
-    s.system = double((b.system + b.irq + b.softirq) - (a.system + a.irq + a.softirq)) / total;
+    s.total = double(d->busy()) / total;
+    s.user = double(d->user + d->nice) / total;
+    s.system = double(d->system + d->irq + d->softirq) / total;
     return s;
+}
+
+std::vector<double> coreLoadsBetween(const CpuStat& before, const CpuStat& after) {
+    std::vector<double> loads;
+    // A core that came or went between the readings makes the list incomparable.
+    if (before.cores.size() != after.cores.size()) return loads;
+    loads.reserve(after.cores.size());
+    for (size_t i = 0; i < after.cores.size(); ++i) {
+        const auto ticks = ticksBetween(before.cores[i], after.cores[i]);
+        if (!ticks) return {};
+        // No tick on this core since the last reading: it did no work.
+        const auto total = ticks->total();
+        loads.push_back(total ? double(ticks->busy()) / double(total) : 0.0);
+    }
+    return loads;
 }
 
 std::vector<int> parseCpuList(std::string_view text) {
@@ -70,7 +97,8 @@ std::vector<int> parseCpuList(std::string_view text) {
         text = comma == std::string_view::npos ? std::string_view() : text.substr(comma + 1);
         const size_t dash = piece.find('-');
         auto first = TextScan::parseU64(piece.substr(0, dash));
-        auto last = dash == std::string_view::npos ? first : TextScan::parseU64(piece.substr(dash + 1));
+        auto last =
+            dash == std::string_view::npos ? first : TextScan::parseU64(piece.substr(dash + 1));
         if (!first || !last || *last < *first || *last > 65535) continue;
         for (auto c = *first; c <= *last; ++c) out.push_back(static_cast<int>(c));
     }
@@ -115,23 +143,7 @@ bool CpuReader::read(metrics::CPUMetrics& out) {
             out.total = all->total;
             out.user = all->user;
             out.system = all->system;
-            out.perCore.clear();
-            // A core that came or went since the last reading makes the per-core list
-            // incomparable: report the totals and skip the cores this once.
-            if (previous_.cores.size() == current_.cores.size()) {
-                out.perCore.reserve(current_.cores.size());
-                for (size_t i = 0; i < current_.cores.size(); ++i) {
-                    const auto& a = previous_.cores[i];
-                    const auto& b = current_.cores[i];
-                    if (b.total() < a.total() || b.busy() < a.busy()) {
-                        out.perCore.clear();
-                        break;
-                    }
-                    auto s = sharesBetween(a, b);
-                    // No tick on this core since the last reading: it did no work.
-                    out.perCore.push_back(s ? s->total : 0.0);
-                }
-            }
+            out.perCore = coreLoadsBetween(previous_, current_);
             ok = true;
         }
     }

@@ -32,9 +32,19 @@ struct CpuShares {
     double total = 0, user = 0, system = 0;
 };
 
-// The busy shares between two readings of the same CPU; absent when no tick passed or a
-// counter went backwards (a CPU taken offline and back, or a reset): no share is invented then.
+// The ticks that passed between two readings of the same CPU; absent when a counter went
+// backwards (a CPU taken offline and back, or a reset) or the ticks sum past 64 bits, which no
+// real machine reaches: the readings can't be compared then.
+std::optional<CpuTicks> ticksBetween(const CpuTicks& before, const CpuTicks& after);
+
+// The busy shares between two readings of the same CPU; absent when no tick passed or the
+// readings can't be compared: no share is invented then.
 std::optional<CpuShares> sharesBetween(const CpuTicks& before, const CpuTicks& after);
+
+// Each core's busy share between two readings, by position; a core with no tick did no work.
+// Empty when a core came or went, or any core's readings can't be compared: the totals still
+// stand then, and the cores are skipped this once.
+std::vector<double> coreLoadsBetween(const CpuStat& before, const CpuStat& after);
 
 // "0-3,8,10-11" (sysfs cpu lists) as CPU numbers; malformed pieces are skipped.
 std::vector<int> parseCpuList(std::string_view text);
