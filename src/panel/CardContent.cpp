@@ -16,6 +16,12 @@ using menubar::Format;
 using metrics::HistorySeries;
 using metrics::MetricKinds;
 
+// How far a gauge fills. A sample that doesn't add up (more used than there is, a battery past
+// 100 %) keeps its own numbers in the text; the bar stays inside its track.
+double gaugeFill(double fraction) {
+    return std::isfinite(fraction) ? std::clamp(fraction, 0.0, 1.0) : 0.0;
+}
+
 std::string percentText(double fraction) { return Format::percent(fraction); }
 
 void headline(CardContent& c, const Format::Parts& parts) {
@@ -68,7 +74,7 @@ void memoryCard(CardContent& c, const CardInputs& in, const SizeRules& rules) {
     const auto& m = in.sample->memory;
     const double fraction = m.total > 0 ? double(m.used) / double(m.total) : 0;
     headline(c, Format::percentParts(fraction));
-    c.gauge = fraction;
+    c.gauge = gaugeFill(fraction);
     c.level = worst(pressureLevel(m.pressure), fraction >= 0.9 ? Level::hot : Level::calm);
     // A small card has room for the total alone; the used amount is the headline's share.
     c.caption = rules.facts == 0 ? "of " + Format::bytes(double(m.total))
@@ -169,7 +175,7 @@ void batteryCard(CardContent& c, const CardInputs& in) {
         return;
     }
     headline(c, Format::percentParts(double(b.percent) / 100.0));
-    c.gauge = double(b.percent) / 100.0;
+    c.gauge = gaugeFill(double(b.percent) / 100.0);
     c.level = batteryLevel(b.percent, b.charging);
     c.caption = batteryCaption(b);
     c.chart = CardChart{HistorySeries::batteryPercent, std::nullopt, 100};
@@ -185,7 +191,7 @@ void diskCard(CardContent& c, const CardInputs& in, const SizeRules& rules) {
     if (root && root->hasSpace()) {
         const auto total = *root->totalBytes, available = *root->availableBytes;
         headline(c, Format::bytesParts(double(available)));
-        c.gauge = 1.0 - double(available) / double(total);
+        c.gauge = gaugeFill(1.0 - double(available) / double(total));
         c.level = freeSpaceLevel(available, total);
         c.caption = "free of " + Format::bytes(double(total));
     } else if (d.readBps) {

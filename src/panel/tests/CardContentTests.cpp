@@ -52,6 +52,36 @@ TEST(CardContent, EveryCardAtEverySizeKeepsItsPromises) {
     }
 }
 
+// Samples that don't add up (decoded from a file, not read from a machine) still fill a gauge
+// no further than its track, at every size.
+TEST(CardContent, GaugesStayInTheirTrackWhenReadingsDontAddUp) {
+    using Sample = metrics::MetricsSnapshot;
+    const struct {
+        const char* card;
+        void (*change)(Sample&);
+        double fill;
+    } cases[] = {
+        {"memory", [](Sample& s) { s.memory.used = s.memory.total * 2; }, 1},
+        {"battery", [](Sample& s) { s.battery.percent = 150; }, 1},
+        {"battery", [](Sample& s) { s.battery.percent = -5; }, 0},
+        {"disk",
+         [](Sample& s) {
+             for (auto& v : s.disks.volumes) v.availableBytes = *v.totalBytes * 3;
+         },
+         0},
+    };
+    for (const auto& k : cases) {
+        auto sample = metrics::fixtureSnapshot(MetricsFixture::normal, at());
+        k.change(sample);
+        for (const auto size : layout::OverviewCardRegistry::standard().kind(k.card)->sizes) {
+            SCOPED_TRACE(std::string(k.card) + " " + std::string(layout::name(size)));
+            const auto c = describeCard(k.card, size, inputsFor(sample));
+            ASSERT_TRUE(c.gauge);
+            EXPECT_EQ(*c.gauge, k.fill);
+        }
+    }
+}
+
 struct StandInCase {
     const char* name;
     std::function<void(metrics::MetricsSnapshot&)> change;
