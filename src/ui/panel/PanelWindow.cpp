@@ -12,7 +12,6 @@
 #include "panel/PanelTabs.h"
 #include "sky/qt/SkyBackdrop.h"
 #include "ui/overview/OverviewView.h"
-#include "ui/panel/ComingSoonView.h"
 #include "ui/panel/NoticeBanner.h"
 #include "ui/panel/PanelHeader.h"
 #include "ui/panel/PanelModel.h"
@@ -25,21 +24,6 @@ namespace {
 
 constexpr int tabGap = 10;      // between the header and the tabs
 constexpr int contentGap = 12;  // between the tabs and the screen
-
-QString placeholderSentence(panel::PanelTab tab) {
-    switch (tab) {
-        case panel::PanelTab::processes:
-            return QStringLiteral(
-                "Every process with its cost, sorted and searchable, is on its way.");
-        case panel::PanelTab::shop:
-            return QStringLiteral("Spend your Fish on new friends here soon.");
-        case panel::PanelTab::settings:
-            return QStringLiteral(
-                "Preferences will live here. Until then they are in settings.json.");
-        default:
-            return {};
-    }
-}
 
 }  // namespace
 
@@ -100,10 +84,10 @@ PanelWindow::PanelWindow(PanelModel& model, ThemeStore& theme, QWidget* parent)
     scroll_->setWidget(holder);
     screens_[0] = scroll_;
     stack_->addWidget(scroll_);
+    // The other tabs get their screens from whoever builds the panel; until then (or for
+    // good, in a harness that shows only the Overview) a tab shows the bare panel.
     for (std::size_t i = 1; i < screens_.size(); ++i) {
-        const auto tab = panel::PanelTab(i);
-        screens_[i] = new ComingSoonView(QString::fromStdString(panel::tabTitle(tab)),
-                                         placeholderSentence(tab), theme_);
+        screens_[i] = new QWidget;
         stack_->addWidget(screens_[i]);
     }
 
