@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "menubar/Format.h"
+#include "metrics/SamplingPlan.h"
 
 namespace trotlet::panel {
 namespace {
@@ -187,6 +188,42 @@ std::string seriesValueText(HistorySeries series, double value, const ChartUnits
         }
     }
     return Format::fixed(1, value);
+}
+
+SparklineData sparklineData(const std::vector<metrics::HistoryPoint>& first,
+                            const std::vector<metrics::HistoryPoint>& second,
+                            double windowSeconds) {
+    SparklineData d;
+    Timestamp from = Timestamp::max(), to = Timestamp::min();
+    for (const auto* points : {&first, &second})
+        if (!points->empty()) {
+            from = std::min(from, points->front().time);
+            to = std::max(to, points->back().time);
+        }
+    if (from >= to) return d;
+    d.spanSeconds = std::min(secondsBetween(from, to), std::max(0.0, windowSeconds));
+    if (d.spanSeconds <= 0) return d;
+    const Timestamp start = to - std::chrono::duration_cast<Timestamp::duration>(
+                                     std::chrono::duration<double>(d.spanSeconds));
+    auto recent = [start](const std::vector<metrics::HistoryPoint>& points) {
+        const auto in = std::lower_bound(
+            points.begin(), points.end(), start,
+            [](const metrics::HistoryPoint& p, Timestamp t) { return p.time < t; });
+        return std::vector<metrics::HistoryPoint>(in, points.end());
+    };
+    // A lone reading between gaps is no line.
+    auto lines = [](std::vector<ChartRun> runs) {
+        std::erase_if(runs, [](const ChartRun& run) { return run.size() < 2; });
+        return runs;
+    };
+    d.first = lines(liveRuns(recent(first), start));
+    d.second = lines(liveRuns(recent(second), start));
+    return d;
+}
+
+double sparklineWindowSeconds(std::size_t capacity, double updateIntervalSec) {
+    const auto open = metrics::planFor(metrics::ConsumerTier::panelOpen, updateIntervalSec, false);
+    return double(capacity) * open.intervalSec;
 }
 
 ChartData chartData(const ChartRequest& request, const metrics::MetricHistory& recent,

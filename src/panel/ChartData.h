@@ -75,6 +75,21 @@ ChartData chartData(const ChartRequest& request, const metrics::MetricHistory& r
                     const metrics::DayHistory* day, metrics::Timestamp now,
                     const ChartUnits& units);
 
+// What a card's sparkline draws: the recent ring's points in runs, t in seconds from the
+// line's start. A sparkline has no time axis, so it spans at most `windowSeconds` back from the
+// newest reading (the ring's length at the open panel's rate): after the panel was closed a
+// while, the readings since it opened fill the right of it instead of being squeezed beside
+// an hour of sparser ones.
+struct SparklineData {
+    std::vector<ChartRun> first;
+    std::vector<ChartRun> second;
+    double spanSeconds = 0;
+};
+SparklineData sparklineData(const std::vector<metrics::HistoryPoint>& first,
+                            const std::vector<metrics::HistoryPoint>& second, double windowSeconds);
+// How far back a sparkline looks: a ring of `capacity` readings at the open panel's rate.
+double sparklineWindowSeconds(std::size_t capacity, double updateIntervalSec);
+
 // A series' value as the panel writes it, through Format: "37%", "1.2 MB/s", "64°C", "Warning".
 std::string seriesValueText(metrics::HistorySeries series, double value, const ChartUnits& units);
 

@@ -120,5 +120,58 @@ TEST(ChartData, TwoSeriesReadTogether) {
     EXPECT_EQ(readout->text, "Now · ↓ 2.0 KB/s · ↑ 500 KB/s");
 }
 
+// A card's sparkline after the panel was away: the ring holds an earlier open's readings (every
+// 2 s), a closed spell without them, and the readings since the panel opened again.
+TEST(ChartData, SparklinesKeepTheOpenPanelsTimeScale) {
+    const double window = sparklineWindowSeconds(180, 2);
+    EXPECT_EQ(window, 360);
+    using Points = std::vector<metrics::HistoryPoint>;
+    auto every = [](int step, int count, metrics::Timestamp from) {
+        Points points;
+        for (int i = 0; i < count; ++i) points.push_back({from + seconds(i * step), 0.5});
+        return points;
+    };
+    auto joined = [](Points a, const Points& b) {
+        a.insert(a.end(), b.begin(), b.end());
+        return a;
+    };
+    const struct {
+        const char* name;
+        Points points;
+        double span;
+        std::vector<std::pair<double, double>> runs;  // first and last t of each run drawn
+    } cases[] = {
+        {"a minute since launch spans the line", every(2, 31, kNoon), 60, {{0, 60}}},
+        {"a long open keeps the last window", every(2, 400, kNoon), 360, {{0, 360}}},
+        {"an hour closed: the new minute fills the right",
+         joined(every(2, 100, kNoon), every(2, 31, kNoon + minutes(60))),
+         360,
+         {{300, 360}}},
+        {"two minutes closed: the earlier tail, a gap, the new minute",
+         joined(every(2, 100, kNoon), every(2, 31, kNoon + seconds(198 + 120))),
+         360,
+         {{0, 180}, {300, 360}}},
+        {"lone readings between gaps draw nothing",
+         joined(every(60, 4, kNoon), every(2, 31, kNoon + seconds(240))),
+         300,
+         {{240, 300}}},
+    };
+    for (const auto& k : cases) {
+        SCOPED_TRACE(k.name);
+        const auto line = sparklineData(k.points, {}, window);
+        EXPECT_EQ(line.spanSeconds, k.span);
+        std::vector<std::pair<double, double>> runs;
+        for (const auto& run : line.first) runs.push_back({run.front().t, run.back().t});
+        EXPECT_EQ(runs, k.runs);
+    }
+
+    // Two series share one time scale, the newer reading of either ending it.
+    const auto both = sparklineData(every(2, 10, kNoon), every(2, 10, kNoon + seconds(10)), window);
+    EXPECT_EQ(both.spanSeconds, 28);
+    EXPECT_EQ(both.first.back().back().t, 18);
+    EXPECT_EQ(both.second.back().back().t, 28);
+    EXPECT_TRUE(sparklineData({}, {}, window).first.empty());
+}
+
 }  // namespace
 }  // namespace trotlet::panel

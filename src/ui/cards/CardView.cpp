@@ -11,6 +11,7 @@
 #include "layout/LayoutEditSession.h"
 #include "layout/OverviewCardRegistry.h"
 #include "panel/CardGeometry.h"
+#include "settings/AppSettings.h"
 #include "ui/cards/Sparkline.h"
 #include "ui/cards/WeekColumns.h"
 #include "ui/panel/PanelModel.h"
@@ -236,15 +237,18 @@ void CardView::paintReadings(QPainter& p, const CardPaintContext& ctx) {
         WeekColumns::paint(p, toRect(g.chart), content_.chart->columns, ctx.accent, pal.track, 10);
     } else if (content_.chart && !g.chart.isEmpty()) {
         const auto& history = model_.history();
-        const auto first = history.points(content_.chart->series);
-        const auto second = content_.chart->second ? history.points(*content_.chart->second)
-                                                   : std::vector<metrics::HistoryPoint>{};
-        const double top = Sparkline::scaleTop(content_.chart->ceiling, first, second);
+        const auto line = panel::sparklineData(
+            history.points(content_.chart->series),
+            content_.chart->second ? history.points(*content_.chart->second)
+                                   : std::vector<metrics::HistoryPoint>{},
+            panel::sparklineWindowSeconds(history.capacity(),
+                                          model_.settings().monitoring().updateInterval()));
+        const double top = Sparkline::scaleTop(content_.chart->ceiling, line);
         const QRectF box = toRect(g.chart);
         p.setPen(QPen(pal.separator, 1));
         p.drawLine(box.bottomLeft(), box.bottomRight());
-        if (!second.empty()) Sparkline::paint(p, box, second, top, pal.textTertiary, false);
-        Sparkline::paint(p, box, first, top, ctx.levelColor, true);
+        Sparkline::paint(p, box, line.second, line.spanSeconds, top, pal.textTertiary, false);
+        Sparkline::paint(p, box, line.first, line.spanSeconds, top, ctx.levelColor, true);
     }
 
     if (!g.bars.isEmpty() && !content_.bars.empty()) {

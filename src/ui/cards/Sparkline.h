@@ -5,22 +5,21 @@
 
 #include <vector>
 
-#include "metrics/MetricHistory.h"
+#include "panel/ChartData.h"
 
 class QPainter;
 
 namespace trotlet::ui {
 
-// A small area chart of history points. Readings that are missing leave a gap: a pause longer
-// than three typical intervals breaks the line rather than bridging it with an invented value.
+// A small area chart of runs of history points; a gap between runs stays a gap rather than
+// being bridged with an invented value.
 struct Sparkline {
     static void paint(QPainter& painter, const QRectF& box,
-                      const std::vector<metrics::HistoryPoint>& points, double ceiling,
+                      const std::vector<panel::ChartRun>& runs, double spanSeconds, double top,
                       const QColor& color, bool filled);
     // The top of the scale for series sharing a chart: the ceiling when fixed, else the
     // largest value (at least a tiny positive number so a flat zero line sits at the bottom).
-    static double scaleTop(double ceiling, const std::vector<metrics::HistoryPoint>& a,
-                           const std::vector<metrics::HistoryPoint>& b = {});
+    static double scaleTop(double ceiling, const panel::SparklineData& data);
 };
 
 }  // namespace trotlet::ui
