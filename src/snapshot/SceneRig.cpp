@@ -36,11 +36,11 @@ metrics::Timestamp sceneTime() {
 }
 
 void fillSceneHistory(metrics::MetricHistory& history, const metrics::MetricsSnapshot& sample,
-                      int points) {
+                      int points, int stepSeconds, metrics::MetricKinds kinds) {
     for (int i = 0; i < points; ++i) {
         const int back = points - 1 - i;
         metrics::MetricsSnapshot s = sample;
-        s.timestamp = sample.timestamp - std::chrono::seconds(2 * back);
+        s.timestamp = sample.timestamp - std::chrono::seconds(stepSeconds * back);
         if (back > 0) {
             s.cpu.total = std::min(1.0, around(sample.cpu.total, i, 0, 0.35));
             s.memory.used = std::uint64_t(
@@ -53,7 +53,7 @@ void fillSceneHistory(metrics::MetricHistory& history, const metrics::MetricsSna
             if (s.gpu)
                 s.gpu->utilization = std::min(1.0, around(sample.gpu->utilization, i, 7, 0.4));
         }
-        history.append(s, metrics::MetricKinds::all);
+        history.append(s, kinds);
     }
 }
 

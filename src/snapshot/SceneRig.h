@@ -35,6 +35,7 @@ public:
     ui::PanelModel& model() { return model_; }
     ui::ThemeStore& theme() { return theme_; }
     const metrics::MetricsSnapshot& sample() const { return sample_; }
+    metrics::MetricHistory& history() { return history_; }
 
     // Renders a widget in the given scheme at the screen's scale (the harness runs at 2).
     QImage render(QWidget& widget, panel::ColorScheme scheme);
@@ -52,8 +53,9 @@ private:
 metrics::MetricsFixture fixtureForMood(mascot::MascotMood mood);
 
 // A deterministic recent past for a fixture: the sample's readings wandering gently around
-// their values, one point every two seconds, ending at the sample.
+// their values, one point every `stepSeconds` with the `kinds` sampled, ending at the sample.
 void fillSceneHistory(metrics::MetricHistory& history, const metrics::MetricsSnapshot& sample,
-                      int points);
+                      int points, int stepSeconds = 2,
+                      metrics::MetricKinds kinds = metrics::MetricKinds::all);
 
 }  // namespace trotlet::snapshot

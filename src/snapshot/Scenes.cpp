@@ -12,16 +12,17 @@
 #include "mascot/qt/MascotContactSheet.h"
 #include "mascot/qt/MascotRenderer.h"
 #include "metrics/MetricsFixture.h"
+#include "metrics/SamplingPlan.h"
 #include "settings/RawEnum.h"
 #include "sky/qt/SkyBackdrop.h"
-#include "snapshot/ProcessScenes.h"
-#include "snapshot/SceneFixtures.h"
 #include "snapshot/DetailScenes.h"
 #include "snapshot/EditScenes.h"
+#include "snapshot/ProcessScenes.h"
+#include "snapshot/SceneFixtures.h"
 #include "snapshot/ScenePainting.h"
 #include "snapshot/SceneRig.h"
-#include "snapshot/ShopScenes.h"
 #include "snapshot/SettingsScenes.h"
+#include "snapshot/ShopScenes.h"
 #include "ui/cards/CardView.h"
 #include "ui/panel/PanelHeader.h"
 #include "ui/panel/PanelWindow.h"
@@ -44,6 +45,35 @@ class PanelStage : public SceneStage {
 public:
     explicit PanelStage(MetricsFixture fixture)
         : rig_(fixture), window_(rig_.model(), rig_.theme()) {
+        window_.header().setAnimating(false);
+        stageWidget(window_);
+    }
+    QImage render(panel::ColorScheme scheme) override { return rig_.render(window_, scheme); }
+
+private:
+    SceneRig rig_;
+    ui::PanelWindow window_;
+};
+
+// The panel opened again after an hour closed: the history holds the end of the last open, the
+// closed spell's sparser readings (every 5 s, without disk activity) and the last 40 s.
+class ReopenedStage : public SceneStage {
+public:
+    ReopenedStage() : rig_(MetricsFixture::busy), window_(rig_.model(), rig_.theme()) {
+        auto& history = rig_.history();
+        history.clear();
+        const auto& now = rig_.sample();
+        auto before = [&](std::chrono::seconds ago) {
+            auto s = now;
+            s.timestamp -= ago;
+            return s;
+        };
+        using std::chrono::seconds;
+        fillSceneHistory(history, before(seconds(3600)), 40);
+        fillSceneHistory(history, before(seconds(42)), 200, 5,
+                         metrics::planFor(metrics::ConsumerTier::panelClosed, 2, false).kinds);
+        fillSceneHistory(history, now, 21);
+        rig_.model().setSample(now, metrics::MetricKinds::all);
         window_.header().setAnimating(false);
         stageWidget(window_);
     }
@@ -213,6 +243,7 @@ std::vector<Scene> buildScenes() {
     }
     scenes.push_back(
         {"panel-overview-all-sizes", [] { return std::make_unique<AllSizesStage>(); }});
+    scenes.push_back({"panel-overview-reopened", [] { return std::make_unique<ReopenedStage>(); }});
     using Kind = updates::PanelNotice::Kind;
     for (auto [name, kind] : {std::pair{"panel-install-offer", Kind::installOffer},
                               std::pair{"panel-update-available", Kind::update},
