@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <condition_variable>
 #include <map>
 #include <mutex>
@@ -23,9 +24,10 @@ std::string unescapeOctal(std::string_view s) {
     std::string out;
     out.reserve(s.size());
     for (size_t i = 0; i < s.size(); ++i) {
-        if (s[i] == '\\' && i + 3 < s.size() && s[i + 1] >= '0' && s[i + 1] <= '3' && s[i + 2] >= '0' && s[i + 2] <= '7' &&
-            s[i + 3] >= '0' && s[i + 3] <= '7') {
-            out += static_cast<char>((s[i + 1] - '0') * 64 + (s[i + 2] - '0') * 8 + (s[i + 3] - '0'));
+        if (s[i] == '\\' && i + 3 < s.size() && s[i + 1] >= '0' && s[i + 1] <= '3' &&
+            s[i + 2] >= '0' && s[i + 2] <= '7' && s[i + 3] >= '0' && s[i + 3] <= '7') {
+            out +=
+                static_cast<char>((s[i + 1] - '0') * 64 + (s[i + 2] - '0') * 8 + (s[i + 3] - '0'));
             i += 3;
         } else {
             out += s[i];
@@ -35,8 +37,8 @@ std::string unescapeOctal(std::string_view s) {
 }
 
 bool isNetworkFs(std::string_view type) {
-    for (std::string_view t : {"nfs", "nfs4", "cifs", "smb3", "smbfs", "fuse.sshfs", "9p", "ceph", "afs",
-                               "glusterfs", "fuse.rclone", "davfs", "fuse.davfs2"})
+    for (std::string_view t : {"nfs", "nfs4", "cifs", "smb3", "smbfs", "fuse.sshfs", "9p", "ceph",
+                               "afs", "glusterfs", "fuse.rclone", "davfs", "fuse.davfs2"})
         if (type == t) return true;
     return false;
 }
@@ -53,7 +55,7 @@ std::vector<MountEntry> parseMountInfo(std::string_view text) {
     TextScan lines(text);
     while (!lines.atEnd()) {
         TextScan scan(lines.line());
-        // id parent major:minor root mountpoint options [optional fields...] - fstype source superoptions
+        // id parent major:minor root mountpoint options [optional...] - fstype source superoptions
         if (!scan.u64() || !scan.u64()) continue;
         MountEntry e;
         e.device = std::string(scan.token());
@@ -83,8 +85,8 @@ const MountEntry* mountHolding(const std::vector<MountEntry>& mounts, const std:
     for (const auto& m : mounts) {
         const std::string& point = m.mountPoint;
         const bool holds = point == "/" || path == point ||
-                           (path.size() > point.size() && path.compare(0, point.size(), point) == 0 &&
-                            path[point.size()] == '/');
+                           (path.size() > point.size() &&
+                            path.compare(0, point.size(), point) == 0 && path[point.size()] == '/');
         if (holds && (!best || point.size() >= best->mountPoint.size())) best = &m;
     }
     return best;
@@ -114,10 +116,34 @@ bool isUserVolume(const MountEntry& e) {
     return e.source.rfind("/dev/", 0) == 0 || e.fsType == "zfs" || e.fsType == "fuseblk";
 }
 
-std::optional<SpaceReading> statvfsSpace(const std::string& path) {
+bool meansStorageUnavailable(int error) {
+    switch (error) {
+        case EIO:
+        case ESTALE:
+        case ENOTCONN:
+        case EHOSTDOWN:
+        case EHOSTUNREACH:
+        case ENETUNREACH:
+        case ENETDOWN:
+        case ETIMEDOUT:
+        case ECONNREFUSED:
+        case ECONNRESET:
+        case ECONNABORTED:
+        case ENODEV:
+        case ENXIO:
+        case ENOMEDIUM:
+        case EREMOTEIO:
+            return true;
+        default:  // EACCES and EPERM (not ours), ENOENT (unmounted since), and the unforeseen
+            return false;
+    }
+}
+
+SpaceAnswer statvfsSpace(const std::string& path) {
     struct statvfs s {};
-    if (::statvfs(path.c_str(), &s) != 0) return std::nullopt;
-    return spaceFromBlocks(s.f_blocks, s.f_bavail, s.f_frsize ? s.f_frsize : s.f_bsize);
+    if (::statvfs(path.c_str(), &s) != 0) return {std::nullopt, meansStorageUnavailable(errno)};
+    auto space = spaceFromBlocks(s.f_blocks, s.f_bavail, s.f_frsize ? s.f_frsize : s.f_bsize);
+    return {space, !space};
 }
 
 std::optional<SpaceReading> spaceFromBlocks(std::uint64_t blocks, std::uint64_t available,
@@ -134,7 +160,8 @@ struct VolumeReader::Shared {
     std::condition_variable done;
     SpaceQuery query;
     std::map<std::string, SpaceReading> lastGood;  // the latest answer, when it was a reading
-    std::set<std::string> refused;                 // the latest answer was an error
+    std::set<std::string> refused;                 // the latest answer: not ours to read
+    std::set<std::string> unavailable;             // the latest answer: its storage failed
     std::set<std::string> hung;                    // a call outlived the time-out, still out
     bool running = false;
     unsigned generation = 0;
@@ -142,32 +169,35 @@ struct VolumeReader::Shared {
     std::chrono::steady_clock::time_point startedAt;
 
     bool answered(const std::string& path) const {
-        return lastGood.count(path) || refused.count(path);
+        return lastGood.count(path) || refused.count(path) || unavailable.count(path);
     }
 };
 
 namespace {
 
-void refresh(std::shared_ptr<VolumeReader::Shared> shared, std::vector<std::string> paths, unsigned generation) {
+void refresh(std::shared_ptr<VolumeReader::Shared> shared, std::vector<std::string> paths,
+             unsigned generation) {
     for (const auto& path : paths) {
         {
             std::lock_guard lock(shared->mutex);
             if (shared->generation != generation) return;
             shared->current = path;
         }
-        auto reading = shared->query(path);
+        const SpaceAnswer answer = shared->query(path);
         std::lock_guard lock(shared->mutex);
         // A late answer is still the freshest one: it ends the hang, and the next round asks
         // this mount again.
         shared->hung.erase(path);
         if (shared->current == path) shared->current.clear();  // no call is out for it now
-        if (reading) {
-            shared->lastGood[path] = *reading;
-            shared->refused.erase(path);
-        } else {
-            shared->lastGood.erase(path);
+        shared->lastGood.erase(path);
+        shared->refused.erase(path);
+        shared->unavailable.erase(path);
+        if (answer.space)
+            shared->lastGood[path] = *answer.space;
+        else if (answer.unavailable)
+            shared->unavailable.insert(path);
+        else
             shared->refused.insert(path);
-        }
         if (shared->generation != generation) return;
     }
     std::lock_guard lock(shared->mutex);
@@ -210,10 +240,12 @@ const VolumeReader::Known& VolumeReader::describe(const MountEntry& e) {
     const std::string labels = underRoot(root_, "/dev/disk/by-label");
     if (DIR* dir = ::opendir(labels.c_str())) {
         char sourcePath[PATH_MAX], target[PATH_MAX];
-        const bool haveSource = !e.source.empty() && ::realpath(underRoot(root_, e.source).c_str(), sourcePath);
+        const bool haveSource =
+            !e.source.empty() && ::realpath(underRoot(root_, e.source).c_str(), sourcePath);
         while (dirent* d = ::readdir(dir)) {
             if (d->d_name[0] == '.' || !haveSource) continue;
-            if (::realpath((labels + "/" + d->d_name).c_str(), target) && std::string_view(target) == sourcePath)
+            if (::realpath((labels + "/" + d->d_name).c_str(), target) &&
+                std::string_view(target) == sourcePath)
                 k.label = unescapeOctal(std::string_view(d->d_name));
         }
         ::closedir(dir);
@@ -244,7 +276,7 @@ void VolumeReader::read(metrics::DiskMetrics& out) {
 
     std::vector<std::string> paths;
     for (const auto& m : unique) paths.push_back(underRoot(root_, m.mountPoint));
-    enum class State { unknown, space, refused, hung };
+    enum class State { unknown, space, refused, unavailable };
     std::vector<State> states(unique.size(), State::unknown);
     std::vector<SpaceReading> readings(unique.size());
     {
@@ -287,8 +319,8 @@ void VolumeReader::read(metrics::DiskMetrics& out) {
             if (auto it = shared_->lastGood.find(paths[i]); it != shared_->lastGood.end()) {
                 states[i] = State::space;
                 readings[i] = it->second;
-            } else if (shared_->hung.count(paths[i])) {
-                states[i] = State::hung;
+            } else if (shared_->hung.count(paths[i]) || shared_->unavailable.count(paths[i])) {
+                states[i] = State::unavailable;
             } else if (shared_->refused.count(paths[i])) {
                 states[i] = State::refused;
             }
@@ -301,8 +333,10 @@ void VolumeReader::read(metrics::DiskMetrics& out) {
         const Known& k = describe(m);
         metrics::VolumeInfo v;
         v.path = m.mountPoint;
-        v.name = k.label ? *k.label : (m.mountPoint == "/" ? std::string("Root") : lastComponent(m.mountPoint));
-        if (states[i] == State::space) {  // a hung mount's space stays absent
+        v.name = k.label
+                     ? *k.label
+                     : (m.mountPoint == "/" ? std::string("Root") : lastComponent(m.mountPoint));
+        if (states[i] == State::space) {  // an unavailable mount's space stays absent
             v.totalBytes = readings[i].totalBytes;
             v.availableBytes = readings[i].availableBytes;
         }

@@ -42,8 +42,19 @@ bool isUserVolume(const MountEntry& entry);
 struct SpaceReading {
     std::int64_t totalBytes = 0, availableBytes = 0;
 };
-using SpaceQuery = std::function<std::optional<SpaceReading>(const std::string& path)>;
-std::optional<SpaceReading> statvfsSpace(const std::string& path);
+// What asking a mount for its space gave: the space, or why not.
+struct SpaceAnswer {
+    std::optional<SpaceReading> space;
+    // Without space: the mount is there but its storage can't answer (a share whose server
+    // dropped the connection, a failing disk, a size too large to be true), so it is listed as
+    // unavailable. Otherwise (not ours to read, or gone since) it is left out.
+    bool unavailable = false;
+};
+using SpaceQuery = std::function<SpaceAnswer(const std::string& path)>;
+SpaceAnswer statvfsSpace(const std::string& path);
+// Whether a statvfs error means the storage behind a mount can't answer, rather than that the
+// mount isn't the caller's to read or is gone.
+bool meansStorageUnavailable(int error);
 // The space statvfs reports (counts of `unit`-byte blocks); absent when the byte counts do not
 // fit 64 bits, as a FUSE file system may claim.
 std::optional<SpaceReading> spaceFromBlocks(std::uint64_t blocks, std::uint64_t available,
@@ -53,8 +64,9 @@ std::optional<SpaceReading> spaceFromBlocks(std::uint64_t blocks, std::uint64_t 
 // hung network mount stalls only that worker, and the caller keeps the volume's last good
 // reading while its call is merely slow. A call that outlives `timeout` marks the mount hung: it
 // is listed without space (unavailable, never zero), a fresh worker takes over the other
-// mounts, and the hung one is asked again once its call returns. A mount that answers with an
-// error (another user's private mount) is left out.
+// mounts, and the hung one is asked again once its call returns. A mount whose storage answers
+// with an error is listed the same way; one that refuses (another user's private mount) is
+// left out.
 class VolumeReader {
 public:
     static constexpr std::chrono::milliseconds defaultTimeout{300};

@@ -14,6 +14,7 @@ struct HungFuseShare::State {
     std::mutex mutex;
     std::condition_variable released;
     bool open = false;
+    int error = 0;
     struct fuse* fuse = nullptr;
     std::thread loop;
 };
@@ -35,7 +36,8 @@ int getAttributes(const char* path, struct stat* st, fuse_file_info*) {
 int fileSystemSpace(const char*, struct statvfs* out) {
     auto& state = stateOf();
     std::unique_lock lock(state.mutex);
-    state.released.wait(lock, [&] { return state.open; });
+    state.released.wait(lock, [&] { return state.open || state.error; });
+    if (state.error) return -state.error;
     *out = {};
     out->f_bsize = out->f_frsize = 4096;
     out->f_blocks = 1000;
@@ -81,6 +83,14 @@ void HungFuseShare::release() {
     {
         std::lock_guard lock(state_->mutex);
         state_->open = true;
+    }
+    state_->released.notify_all();
+}
+
+void HungFuseShare::failWith(int error) {
+    {
+        std::lock_guard lock(state_->mutex);
+        state_->error = error;
     }
     state_->released.notify_all();
 }

@@ -4,8 +4,9 @@
 #include <string>
 
 // A FUSE file system, served by a thread of this process, whose statfs does not answer until
-// `release()`: a network share whose server has gone away, as statvfs meets it. It serves an
-// empty root directory and nothing else. The destructor releases the call, unmounts lazily and
+// `release()`: a network share whose server has gone away, as statvfs meets it. Later it can
+// fail instead, as a share whose connection dropped does. It serves an empty root directory and
+// nothing else. The destructor releases the call, unmounts lazily and
 // stops the thread, so no process is left waiting on it.
 class HungFuseShare {
 public:
@@ -17,6 +18,8 @@ public:
     HungFuseShare& operator=(const HungFuseShare&) = delete;
 
     void release();
+    // From now on statfs answers at once with `error` (an errno value); 0 gives the space again.
+    void failWith(int error);
 
     struct State;
 

@@ -188,12 +188,12 @@ TEST(MisbehavingMachine, HungVolumeNeverHoldsUpAReadAndIsRetried) {
     const milliseconds timeout(500), bound(200);
     VolumeReader reader(
         root,
-        [share, nas = root + "/mnt/nas"](const std::string& path) -> std::optional<SpaceReading> {
+        [share, nas = root + "/mnt/nas"](const std::string& path) -> SpaceAnswer {
             if (path == nas) {
                 std::unique_lock lock(share->m);
                 share->cv.wait(lock, [&] { return !share->shut; });
             }
-            return SpaceReading{100, share->freeBytes};
+            return {SpaceReading{100, share->freeBytes}};
         },
         timeout, milliseconds(0));
     auto setShut = [&](bool shut) {
@@ -326,6 +326,9 @@ TEST(MisbehavingMachine, RealHungShareNeverHoldsUpASample) {
     fuse->release();
     EXPECT_TRUE(sampleUntil([](auto share) { return share && share->totalBytes == 4096 * 1000; }))
         << "asked again once the share answers";
+    fuse->failWith(ENOTCONN);
+    EXPECT_TRUE(sampleUntil([](auto share) { return share && !share->totalBytes; }))
+        << "a share whose connection dropped is unavailable, neither empty nor gone";
     EXPECT_LT(first, options.baselineSec * 1000 + 200) << "the first sample waited for the share";
     EXPECT_LT(later, 200) << "a sample waited for the hung share";
     result << "[ figures  ] real hung FUSE share: first sample " << first << " ms (baseline "

@@ -1,6 +1,8 @@
 // Readers of /sys and network files against captured trees, and their parsers on odd input.
 #include <gtest/gtest.h>
 
+#include <cerrno>
+#include <cstring>
 #include <filesystem>
 
 #include "platform/linux/BatteryReader.h"
@@ -387,9 +389,9 @@ TEST(VolumeReader, LaptopVolumesFromMountinfo) {
     // Generous waits: the first read lists what has answered, and a busy machine may be slow.
     VolumeReader reader(
         root,
-        [&](const std::string& path) -> std::optional<SpaceReading> {
-            if (path == root + "/boot/efi") return SpaceReading{500'000'000, 400'000'000};
-            return SpaceReading{1'000'000'000'000, 250'000'000'000};
+        [&](const std::string& path) -> SpaceAnswer {
+            if (path == root + "/boot/efi") return {SpaceReading{500'000'000, 400'000'000}};
+            return {SpaceReading{1'000'000'000'000, 250'000'000'000}};
         },
         std::chrono::seconds(5), std::chrono::seconds(2), std::chrono::seconds(5));
     metrics::DiskMetrics d;
@@ -409,6 +411,33 @@ TEST(VolumeReader, LaptopVolumesFromMountinfo) {
     EXPECT_FALSE(d.volumes[3].isInternal) << "a network share";
     ASSERT_TRUE(d.rootVolume());
     EXPECT_EQ(d.rootVolume()->availableBytes, 250'000'000'000);
+}
+
+// A share whose server dropped the connection is shown as unavailable; a mount that isn't
+// ours to read (another user's) is left out.
+TEST(VolumeReader, FailingStorageIsUnavailableAndARefusalIsLeftOut) {
+    for (int error : {EIO, ESTALE, ENOTCONN, EHOSTDOWN, ETIMEDOUT})
+        EXPECT_TRUE(meansStorageUnavailable(error)) << std::strerror(error);
+    for (int error : {EACCES, EPERM, ENOENT, EINVAL, 0})
+        EXPECT_FALSE(meansStorageUnavailable(error)) << std::strerror(error);
+
+    CapturedTree tree("laptop");
+    const std::string root = tree.root();
+    VolumeReader reader(
+        root,
+        [&](const std::string& path) -> SpaceAnswer {
+            if (path == root + "/mnt/nas") return {std::nullopt, true};
+            if (path == root + "/media/alice/My Stick") return {std::nullopt, false};
+            return {SpaceReading{1'000'000'000, 250'000'000}};
+        },
+        std::chrono::seconds(5), std::chrono::seconds(2), std::chrono::seconds(5));
+    metrics::DiskMetrics d;
+    reader.read(d);
+    std::vector<std::string> paths;
+    for (const auto& v : d.volumes) paths.push_back(v.path);
+    EXPECT_EQ(paths, (std::vector<std::string>{"/", "/boot/efi", "/mnt/nas"}));
+    ASSERT_EQ(d.volumes.size(), 3u);
+    EXPECT_FALSE(d.volumes[2].totalBytes || d.volumes[2].availableBytes) << "never 0 B free";
 }
 
 TEST(PciIds, NamesAndFdinfo) {
