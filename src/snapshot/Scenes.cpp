@@ -50,6 +50,9 @@ public:
     }
     QImage render(panel::ColorScheme scheme) override { return rig_.render(window_, scheme); }
 
+protected:
+    SceneRig& rig() { return rig_; }
+
 private:
     SceneRig rig_;
     ui::PanelWindow window_;
@@ -57,12 +60,12 @@ private:
 
 // The panel opened again after an hour closed: the history holds the end of the last open, the
 // closed spell's sparser readings (every 5 s, without disk activity) and the last 40 s.
-class ReopenedStage : public SceneStage {
+class ReopenedStage : public PanelStage {
 public:
-    ReopenedStage() : rig_(MetricsFixture::busy), window_(rig_.model(), rig_.theme()) {
-        auto& history = rig_.history();
+    ReopenedStage() : PanelStage(MetricsFixture::busy) {
+        auto& history = rig().history();
         history.clear();
-        const auto& now = rig_.sample();
+        const auto& now = rig().sample();
         auto before = [&](std::chrono::seconds ago) {
             auto s = now;
             s.timestamp -= ago;
@@ -73,31 +76,16 @@ public:
         fillSceneHistory(history, before(seconds(42)), 200, 5,
                          metrics::planFor(metrics::ConsumerTier::panelClosed, 2, false).kinds);
         fillSceneHistory(history, now, 21);
-        rig_.model().setSample(now, metrics::MetricKinds::all);
-        window_.header().setAnimating(false);
-        stageWidget(window_);
+        rig().model().setSample(now, metrics::MetricKinds::all);
     }
-    QImage render(panel::ColorScheme scheme) override { return rig_.render(window_, scheme); }
-
-private:
-    SceneRig rig_;
-    ui::PanelWindow window_;
 };
 
 // The panel with a notice under its header.
-class NoticeStage : public SceneStage {
+class NoticeStage : public PanelStage {
 public:
-    explicit NoticeStage(updates::PanelNotice notice)
-        : rig_(MetricsFixture::normal), window_(rig_.model(), rig_.theme()) {
-        rig_.model().setNotice(std::move(notice));
-        window_.header().setAnimating(false);
-        stageWidget(window_);
+    explicit NoticeStage(updates::PanelNotice notice) : PanelStage(MetricsFixture::normal) {
+        rig().model().setNotice(std::move(notice));
     }
-    QImage render(panel::ColorScheme scheme) override { return rig_.render(window_, scheme); }
-
-private:
-    SceneRig rig_;
-    ui::PanelWindow window_;
 };
 
 // The notices as the live app builds them, from fixed inputs.

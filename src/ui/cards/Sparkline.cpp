@@ -18,34 +18,42 @@ double Sparkline::scaleTop(double ceiling, const panel::SparklineData& data) {
     return top * 1.1;
 }
 
+void Sparkline::paintRun(QPainter& painter, const QPolygonF& points, const QRectF& box,
+                         const QColor& color, double penWidth, double fillAlpha) {
+    if (points.size() < 2) return;
+    QPainterPath line(points.front());
+    for (qsizetype i = 1; i < points.size(); ++i) line.lineTo(points[i]);
+    if (fillAlpha > 0) {
+        QPainterPath area = line;
+        area.lineTo(points.back().x(), box.bottom());
+        area.lineTo(points.front().x(), box.bottom());
+        area.closeSubpath();
+        QColor top = color;
+        top.setAlphaF(fillAlpha);
+        QColor bottom = color;
+        bottom.setAlphaF(0.02);
+        painter.fillPath(area, verticalGradient(box, {{0, top}, {1, bottom}}));
+    }
+    painter.setPen(QPen(color, penWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawPath(line);
+}
+
 void Sparkline::paint(QPainter& painter, const QRectF& box,
                       const std::vector<panel::ChartRun>& runs, double spanSeconds, double top,
                       const QColor& color, bool filled) {
     if (runs.empty() || spanSeconds <= 0 || box.isEmpty()) return;
-    auto at = [&](const panel::ChartPoint& p) {
-        const double v = std::clamp(p.value / top, 0.0, 1.0);
-        return QPointF(box.left() + p.t / spanSeconds * box.width(),
-                       box.bottom() - v * (box.height() - 1));
-    };
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
+    QPolygonF points;
     for (const auto& run : runs) {
-        QPainterPath line(at(run.front()));
-        for (std::size_t i = 1; i < run.size(); ++i) line.lineTo(at(run[i]));
-        if (filled) {
-            QPainterPath area = line;
-            area.lineTo(at(run.back()).x(), box.bottom());
-            area.lineTo(at(run.front()).x(), box.bottom());
-            area.closeSubpath();
-            QColor top = color;
-            top.setAlphaF(0.28);
-            QColor bottom = color;
-            bottom.setAlphaF(0.02);
-            painter.fillPath(area, verticalGradient(box, {{0, top}, {1, bottom}}));
+        points.clear();
+        for (const auto& p : run) {
+            const double v = std::clamp(p.value / top, 0.0, 1.0);
+            points.append({box.left() + p.t / spanSeconds * box.width(),
+                           box.bottom() - v * (box.height() - 1)});
         }
-        painter.setPen(QPen(color, 1.5, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-        painter.setBrush(Qt::NoBrush);
-        painter.drawPath(line);
+        paintRun(painter, points, box, color, 1.5, filled ? 0.28 : 0);
     }
     painter.restore();
 }

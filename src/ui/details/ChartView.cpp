@@ -10,8 +10,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "ui/cards/Sparkline.h"
 #include "ui/panel/PanelModel.h"
-#include "ui/theme/Gradients.h"
 #include "ui/theme/ThemeStore.h"
 
 namespace trotlet::ui {
@@ -256,22 +256,9 @@ void ChartView::paintChart(QPainter& p) {
                 shade.setAlphaF(0.18);
                 p.fillPath(band, shade);
             }
-            QPainterPath line(QPointF(xOf(run[0].t), yOf(run[0].value)));
-            for (const auto& pt : run) line.lineTo(xOf(pt.t), yOf(pt.value));
-            if (fill && !data_.band) {
-                QPainterPath area = line;
-                area.lineTo(xOf(run.back().t), plot.bottom());
-                area.lineTo(xOf(run.front().t), plot.bottom());
-                area.closeSubpath();
-                QColor top = color;
-                top.setAlphaF(0.26);
-                QColor bottom = color;
-                bottom.setAlphaF(0.02);
-                p.fillPath(area, verticalGradient(plot, {{0, top}, {1, bottom}}));
-            }
-            p.setPen(QPen(color, 1.6, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-            p.setBrush(Qt::NoBrush);
-            p.drawPath(line);
+            QPolygonF line;
+            for (const auto& pt : run) line.append({xOf(pt.t), yOf(pt.value)});
+            Sparkline::paintRun(p, line, plot, color, 1.6, fill && !data_.band ? 0.26 : 0);
         }
     };
     p.save();
