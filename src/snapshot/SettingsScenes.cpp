@@ -1,7 +1,9 @@
 #include "snapshot/SettingsScenes.h"
 
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QLineEdit>
+#include <QThread>
 #include <QTimer>
 #include <QWidget>
 
@@ -178,7 +180,14 @@ void addSettingsScenes(std::vector<Scene>& scenes) {
                           field->edit().setFocus(Qt::TabFocusReason);
                           field->edit().setText(QStringLiteral("Spring"));
                           emit field->edit().textEdited(QStringLiteral("Spring"));
-                          for (int i = 0; i < 10; ++i) settle();
+                          // The line edit fades its clear button in (160 ms): wait it out,
+                          // or renders differ with the machine's speed.
+                          QElapsedTimer fade;
+                          fade.start();
+                          while (fade.elapsed() < 250) {
+                              settle();
+                              QThread::msleep(5);
+                          }
                           field->suggestions().setHighlighted(1);
                           return stage;
                       }});
